@@ -1,0 +1,62 @@
+#define _POSIX_C_SOURCE 200809L
+
+#include "each_progress.h"
+
+#include <jni.h>
+#include <pthread.h>
+#include <stdatomic.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <unistd.h>
+#include <vantiro.h>
+
+static pthread_t watcher;
+static atomic_int finished;
+static int run_handle;
+static int job_count;
+
+static int statistic(int project, const char *name) {
+  char text[32] = "";
+  unsigned int size = sizeof text;
+  return vantiro_getProjectStatistic(project, name, text, &size) == VANTIRO_OK ? atoi(text) : 0;
+}
+
+static void show(int done, int failed) {
+  const int on_terminal = isatty(STDERR_FILENO);
+  fprintf(stderr, "%s%d of %d jobs done, %d failed%s", on_terminal ? "\r" : "", done, job_count,
+          failed, on_terminal ? "" : "\n");
+}
+
+static void *watch(void *unused) {
+  JavaVM *const machine = vantiro_getJavaVM();
+  const int project = vantiro_peach_getProjectHandle(run_handle);
+  int shown = -1;
+  (void)unused;
+  for (int last = 0; !last;) {
+    vantiro_actionWait(isatty(STDERR_FILENO) ? 100 : 1000);
+    last = finished;
+    const int failed = statistic(project, "failed");
+    const int done = statistic(project, "completed") + failed;
+    if (done != shown) show(done, failed);
+    shown = done;
+  }
+  if (isatty(STDERR_FILENO)) fputc('\n', stderr);
+  /* Its first call attached this thread to the Java machine. */
+  (*machine)->DetachCurrentThread(machine);
+  return NULL;
+}
+
+void progress_begin(int run, int jobs) {
+  run_handle = run;
+  job_count = jobs;
+  finished = 0;
+  if (pthread_create(&watcher, NULL, watch, NULL) != 0) {
+    perror("peach_each: the progress thread");
+    exit(EXIT_FAILURE);
+  }
+}
+
+void progress_finish(void) {
+  finished = 1;
+  pthread_join(watcher, NULL);
+}

@@ -1,0 +1,48 @@
+#include "explain.h"
+
+#include <stdio.h>
+#include <stdlib.h>
+#include <vantiro.h>
+
+/* What a person can do about the failures of a start. */
+static const char *cure_of(int status) {
+  switch (status) {
+    case VANTIRO_ERROR_RUNTIME_NOT_FOUND:
+      return "The line above is the loader's. Name a libjvm.so of this program's word size as "
+             "JVMPATH=... in VantiroDLL.conf, beside libvantiro.so.";
+    case VANTIRO_ERROR_METHOD_NOT_FOUND:
+      return "vantiro.jar must lie beside libvantiro.so, and must be of a version that has what is "
+             "called here.";
+    case VANTIRO_ERROR_NOT_INITIALIZED:
+      return "The Java machine did not start, or was not started yet. It starts once in a process.";
+    case VANTIRO_ERROR_UNCAUGHT_EXCEPTION:
+      return "The Java machine has described the exception above.";
+    default:
+      return NULL;
+  }
+}
+
+void explain(const char *tried, int status, int run) {
+  char text[2048] = "";
+  unsigned int size = sizeof text;
+  const char *cure = cure_of(status);
+
+  vantiro_describeStatusCode(status, text, &size);
+  fprintf(stderr, "%s failed with status %d: %s\n", tried, status, text);
+
+  text[0] = '\0';
+  size = sizeof text;
+  if (run > 0) {
+    vantiro_peach_getLastErrorMessage(run, text, &size);
+  } else if (status != VANTIRO_ERROR_NOT_INITIALIZED) {
+    vantiro_getLastErrorMessage(text, &size);
+  }
+  if (text[0]) fprintf(stderr, "%s\n", text);
+  if (cure) fprintf(stderr, "%s\n", cure);
+}
+
+void require(const char *tried, int status, int run) {
+  if (status >= 0) return;
+  explain(tried, status, run);
+  exit(EXIT_FAILURE);
+}

@@ -1,0 +1,140 @@
+/*
+ * Runs a program over many inputs, several at a time, in the manner of xargs -P: a parallel-each
+ * run of one job for each input. See usage() below.
+ *
+ * What runs is a small shell script, made for the occasion, which every job gets; what differs
+ * between the jobs is the line that each takes from the list of inputs, and its own input file.
+ */
+#define _XOPEN_SOURCE 700
+
+#include <limits.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <unistd.h>
+#include <vantiro.h>
+
+#include "each_options.h"
+#include "each_progress.h"
+#include "explain.h"
+
+/* The files that the run is described with, in a directory that is removed at the end. */
+static char scratch[PATH_MAX];
+
+static const char *in_scratch(const char *name) {
+  static char path[PATH_MAX + 32];
+  snprintf(path, sizeof path, "%s/%s", scratch, name);
+  return path;
+}
+
+static FILE *create(const char *name) {
+  FILE *file = fopen(in_scratch(name), "w");
+  if (file) return file;
+  perror(in_scratch(name));
+  exit(EXIT_FAILURE);
+}
+
+static void finish(FILE *file, const char *name) {
+  if (fclose(file) == 0) return;
+  perror(in_scratch(name));
+  exit(EXIT_FAILURE);
+}
+
+/* Writes `text` as one word of the shell, with the input for each {}. */
+static void write_word(FILE *script, const char *text) {
+  fputs(" '", script);
+  for (; *text; ++text) {
+    if (strncmp(text, "{}", 2) == 0) {
+      fputs("'\"$input\"'", script);
+      ++text;
+    } else if (*text == '\'') {
+      fputs("'\\''", script);
+    } else {
+      fputc(*text, script);
+    }
+  }
+  fputc('\'', script);
+}
+
+static void write_script(const struct options *options) {
+  FILE *script = create("each.sh");
+  fputs("#!/bin/sh\ninput=$(sed -n \"${VANTIRO_JOB}p\" each.inputs)\nexec", script);
+  for (char **word = options->command; *word; ++word) write_word(script, *word);
+  if (!options->names_input) fputs(" \"$input\"", script);
+  fputc('\n', script);
+  finish(script, "each.sh");
+}
+
+static void write_inputs(const struct options *options) {
+  FILE *list = create("each.inputs");
+  for (int i = 0; i < options->count; ++i) fprintf(list, "%s\n", input_name(options, i));
+  finish(list, "each.inputs");
+}
+
+static void remove_scratch(void) {
+  unlink(in_scratch("each.sh"));
+  unlink(in_scratch("each.inputs"));
+  rmdir(scratch);
+}
+
+static void make_scratch(void) {
+  const char *parent = getenv("TMPDIR");
+  snprintf(scratch, sizeof scratch, "%s/peach_each-XXXXXX", parent && *parent ? parent : "/tmp");
+  if (!mkdtemp(scratch)) {
+    perror(scratch);
+    exit(EXIT_FAILURE);
+  }
+  atexit(remove_scratch);
+}
+
+/* A line of a job's standard output, "JOB:LINE", becomes a line of this program's. */
+static void print_line(const char *result) {
+  const char *line = strchr(result, ':');
+  if (line) puts(line + 1);
+}
+
+static int describe_run(const struct options *options) {
+  const int run = vantiro_peach_handle();
+  require("asking for a peach handle", run, 0);
+  require("setName", vantiro_peach_setName(run, "peach_each"), run);
+  require("addExeFile", vantiro_peach_addExeFile(run, in_scratch("each.sh"), "each.sh", "", "755"),
+          run);
+  require("setExecutable", vantiro_peach_setExecutable(run, "./each.sh"), run);
+  require("addParamFile", vantiro_peach_addParamFile(run, in_scratch("each.inputs")), run);
+  require("setJobs", vantiro_peach_setJobs(run, options->count), run);
+  for (int i = 0; options->from_files && i < options->count; ++i) {
+    require("addJobFile", vantiro_peach_addJobFile(run, 1, options->inputs[i]), run);
+  }
+  if (options->output) {
+    require("setStateDir", vantiro_peach_setStateDir(run, options->output), run);
+  } else {
+    require("setIntermediateResultHandler",
+            vantiro_peach_setIntermediateResultHandler(run, print_line), run);
+  }
+  require("setCleanup", vantiro_peach_setCleanup(run, 1), run);
+  require("setRemove", vantiro_peach_setRemove(run, 1), run);
+  return run;
+}
+
+int main(int argc, char **argv) {
+  struct options options;
+  read_options(argc, argv, &options);
+  if (options.count == 0) return EXIT_SUCCESS;
+
+  make_scratch();
+  write_script(&options);
+  write_inputs(&options);
+  require(
+      "starting the local grid",
+      vantiro_initWithoutFile(NULL, NULL, NULL, NULL, options.jobs, NULL, NULL, 0, 0, NULL, NULL),
+      0);
+
+  const int run = describe_run(&options);
+  progress_begin(run, options.count);
+  const int status = vantiro_peach_execute(run);
+  progress_finish();
+  if (status < 0) explain("the run", status, run);
+  require("done", vantiro_peach_done(run), 0);
+  fflush(stdout);
+  return status < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+}

@@ -1,0 +1,144 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.file.Files;
+import java.nio.file.InvalidPathException;
+import java.nio.file.Path;
+import java.nio.file.StandardCopyOption;
+import java.util.Collection;
+import java.util.Collections;
+import java.util.List;
+import java.util.Map;
+import java.util.zip.ZipEntry;
+import java.util.zip.ZipException;
+import java.util.zip.ZipFile;
+import java.util.zip.ZipOutputStream;
+
+/** Packs and unpacks zip archives. */
+final class Archives {
+    private Archives() {}
+
+    /** Fills a file that takes the place of an old one only when it is whole. */
+    @FunctionalInterface
+    interface Writing {
+        void to(Path file) throws IOException;
+    }
+
+    static void replace(Path target, Writing writing) throws IOException {
+        Files.createDirectories(target.getParent());
+        Path part = Files.createTempFile(target.getParent(), target.getFileName() + ".", ".part");
+        try {
+            writing.to(part);
+            Files.move(part, target, StandardCopyOption.REPLACE_EXISTING);
+        } finally {
+            Files.deleteIfExists(part);
+        }
+    }
+
+    /** Packs the named files below the root. */
+    static void pack(Path archive, Path root, Collection<String> names) throws IOException {
+        replace(archive, part -> {
+            try (ZipOutputStream zip = new ZipOutputStream(Files.newOutputStream(part))) {
+                for (String name : names) {
+                    zip.putNextEntry(new ZipEntry(name));
+                    Files.copy(root.resolve(name), zip);
+                }
+            }
+        });
+    }
+
+    /** Packs the contents of several archives, each below a directory of its own. */
+    static void merge(Path archive, Map<String, Path> parts) throws IOException {
+        replace(archive, file -> {
+            try (ZipOutputStream zip = new ZipOutputStream(Files.newOutputStream(file))) {
+                for (Map.Entry<String, Path> part : parts.entrySet()) {
+                    append(zip, part.getKey(), part.getValue());
+                }
+            }
+        });
+    }
+
+    private static void append(ZipOutputStream zip, String directory, Path archive)
+            throws IOException {
+        byte[] buffer = new byte[1 << 13];
+        try (ZipFile source = new ZipFile(archive.toFile())) {
+            for (ZipEntry entry : Collections.list(source.entries())) {
+                zip.putNextEntry(new ZipEntry(directory + "/" + entry.getName()));
+                try (InputStream content = source.getInputStream(entry)) {
+                    for (int n = content.read(buffer); n >= 0; n = content.read(buffer)) {
+                        zip.write(buffer, 0, n);
+                    }
+                }
+            }
+        }
+    }
+
+    /** Unpacks all of an archive, or one entry; the number of files. Never writes elsewhere. */
+    static int unpack(Path archive, Path directory, String only) throws GridException, IOException {
+        if (!Files.isReadable(archive)) {
+            throw new GridException(Status.NOT_FOUND, "cannot read archive " + archive);
+        }
+        try (ZipFile zip = new ZipFile(archive.toFile())) {
+            List<? extends ZipEntry> entries = Collections.list(zip.entries());
+            if (!Arguments.isEmpty(only)) {
+                entries.removeIf(entry -> !entry.getName().equals(only));
+                if (entries.isEmpty()) {
+                    throw new GridException(
+                            Status.NOT_FOUND, "there is no " + only + " in " + archive);
+                }
+            }
+            for (ZipEntry entry : entries) {
+                target(directory, entry, archive);
+            }
+            Files.createDirectories(directory);
+            int files = 0;
+            for (ZipEntry entry : entries) {
+                files += unpack(zip, entry, directory, archive);
+            }
+            return files;
+        } catch (ZipException | IllegalArgumentException e) {
+            throw new GridException(
+                    Status.BAD_ARCHIVE, "damaged archive " + archive + ": " + e.getMessage());
+        }
+    }
+
+    private static int unpack(ZipFile zip, ZipEntry entry, Path directory, Path archive)
+            throws GridException, IOException {
+        Path target = target(directory, entry, archive);
+        Path existing = target;
+        while (!Files.exists(existing) || existing.equals(target) && !entry.isDirectory()) {
+            existing = existing.getParent();
+        }
+        if (!existing.toRealPath().startsWith(directory.toRealPath())) {
+            throw unsafe(entry, archive);
+        }
+        if (entry.isDirectory()) {
+            Files.createDirectories(target);
+            return 0;
+        }
+        Files.createDirectories(target.getParent());
+        try (InputStream content = zip.getInputStream(entry)) {
+            Files.copy(content, target, StandardCopyOption.REPLACE_EXISTING);
+        }
+        return 1;
+    }
+
+    private static Path target(Path directory, ZipEntry entry, Path archive) throws GridException {
+        try {
+            Path root = directory.toAbsolutePath().normalize();
+            Path target = root.resolve(entry.getName()).normalize();
+            if (target.startsWith(root) && (entry.isDirectory() || !target.equals(root))) {
+                return target;
+            }
+        } catch (InvalidPathException e) {
+            throw unsafe(entry, archive);
+        }
+        throw unsafe(entry, archive);
+    }
+
+    private static GridException unsafe(ZipEntry entry, Path archive) {
+        return new GridException(Status.BAD_ARCHIVE,
+                "entry " + entry.getName() + " of " + archive + " leaves the directory");
+    }
+}

@@ -1,0 +1,69 @@
+package fi.vantiro.localgrid;
+
+import java.nio.file.InvalidPathException;
+import java.nio.file.Path;
+import java.nio.file.Paths;
+import java.util.LinkedHashMap;
+import java.util.Map;
+
+/** Checks of what callers hand in. */
+public final class Arguments {
+    private Arguments() {}
+
+    /** The value itself, which must not be null. */
+    public static <T> T required(T value, String what) {
+        if (value == null) {
+            throw new IllegalArgumentException(what + " must not be null");
+        }
+        return value;
+    }
+
+    /** The list itself; neither it nor an element may be null. */
+    public static String[] list(String[] values, String what) {
+        required(values, what);
+        for (int i = 0; i < values.length; i++) {
+            required(values[i], what + "[" + i + "]");
+        }
+        return values;
+    }
+
+    static boolean isEmpty(String text) {
+        return text == null || text.isEmpty();
+    }
+
+    /** A path with the meaning it has now, wherever the current directory moves later. */
+    static Path path(String text) {
+        try {
+            return Paths.get(required(text, "a path")).toAbsolutePath().normalize();
+        } catch (InvalidPathException e) {
+            throw new IllegalArgumentException("not a path: " + text, e);
+        }
+    }
+
+    /** A relative path that stays below the directory it is meant for. */
+    static String inside(String text) {
+        Path path = Paths.get(text).normalize();
+        if (path.isAbsolute() || path.startsWith("..") || text.isEmpty()) {
+            throw new IllegalArgumentException("not a path below the working directory: " + text);
+        }
+        return path.toString();
+    }
+
+    /** The "key=value" items of a list, in their order. */
+    public static Map<String, String> items(String[] items) {
+        Map<String, String> values = new LinkedHashMap<>();
+        for (String item : list(items, "parameters")) {
+            int split = item.indexOf('=');
+            if (split < 1) {
+                throw new IllegalArgumentException("not of the form key=value: " + item);
+            }
+            values.put(item.substring(0, split), item.substring(split + 1));
+        }
+        return values;
+    }
+
+    /** The name of an environment variable for a key of any characters. */
+    static String variable(String prefix, String key) {
+        return prefix + key.replaceAll("[^A-Za-z0-9_]", "_");
+    }
+}

@@ -1,0 +1,91 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.nio.file.DirectoryStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.StandardCopyOption;
+import java.util.ArrayList;
+import java.util.Comparator;
+import java.util.List;
+import java.util.function.Predicate;
+
+/** The bundles of a grid home: those uploaded, and those approved for use. */
+final class BundleStore {
+    private final Path uploaded;
+    private final Path approved;
+
+    BundleStore(Path root) {
+        uploaded = root.resolve("uploaded");
+        approved = root.resolve("approved");
+    }
+
+    /** Takes a copy of an archive in, to be approved later. */
+    void upload(Path archive) throws GridException, IOException {
+        BundleInfo info = BundleArchive.verify(archive);
+        Archives.replace(uploaded.resolve(info.fileName()),
+                part -> Files.copy(archive, part, StandardCopyOption.REPLACE_EXISTING));
+    }
+
+    /** Makes all uploaded bundles usable; how many. */
+    synchronized int approve() throws GridException, IOException {
+        Files.createDirectories(approved);
+        List<Path> archives = list(uploaded);
+        for (Path archive : archives) {
+            BundleArchive.verify(archive);
+        }
+        for (Path archive : archives) {
+            Files.move(archive, approved.resolve(archive.getFileName()),
+                    StandardCopyOption.REPLACE_EXISTING);
+        }
+        return archives.size();
+    }
+
+    /** Whether an approved bundle meets the condition. */
+    boolean exists(Predicate<BundleInfo> condition) throws GridException, IOException {
+        return !approved(condition).isEmpty();
+    }
+
+    /** The newest approved bundle of that name that this machine can use. */
+    BundleInfo newest(String name) throws GridException, IOException {
+        return newest("bundle " + name, info -> info.hasName(name));
+    }
+
+    /** The newest approved bundle that meets the condition and that this machine can use. */
+    BundleInfo newest(String what, Predicate<BundleInfo> condition)
+            throws GridException, IOException {
+        return approved(condition.and(info -> Platforms.isThis(info.platform)))
+                .stream()
+                .max(Comparator.comparing(info -> info.version, BundleInfo::compareVersions))
+                .orElseThrow(()
+                                     -> new GridException(Status.NO_SUCH_BUNDLE,
+                                             "there is no approved " + what
+                                                     + " for this machine"));
+    }
+
+    Path archive(BundleInfo info) {
+        return approved.resolve(info.fileName());
+    }
+
+    private List<BundleInfo> approved(Predicate<BundleInfo> condition)
+            throws GridException, IOException {
+        List<BundleInfo> found = new ArrayList<>();
+        for (Path archive : list(approved)) {
+            BundleInfo info = BundleArchive.info(archive);
+            if (condition.test(info)) {
+                found.add(info);
+            }
+        }
+        return found;
+    }
+
+    private static List<Path> list(Path directory) throws IOException {
+        List<Path> archives = new ArrayList<>();
+        if (Files.isDirectory(directory)) {
+            try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, "*.jar")) {
+                paths.forEach(archives::add);
+            }
+        }
+        return archives;
+    }
+}

@@ -1,0 +1,244 @@
+package fi.vantiro.localgrid;
+
+import fi.vantiro.user.VantiroManagerPlugin;
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.stream.Collectors;
+
+/** The local grid: it runs the jobs of all projects on the processors of this machine. */
+public final class Grid {
+    private final Settings settings;
+    private final LastError errors;
+    private final GridHome home;
+    private final BundleStore bundles;
+    private final Plugins plugins;
+    private final Scheduler scheduler;
+    private final Changes changes = new Changes();
+    private final HandleTable handles = new HandleTable();
+
+    public Grid(Settings settings, LastError errors) {
+        this.settings = settings;
+        this.errors = errors;
+        home = new GridHome(settings.home);
+        bundles = home.bundles();
+        plugins = new Plugins(settings.plugins);
+        scheduler = new Scheduler(settings.processors);
+        Log.setLevel(settings.logLevel);
+    }
+
+    /** Opens a session; its handle. */
+    public int open() throws GridException {
+        if (!home.isWritable()) {
+            throw new GridException(
+                    Status.IO_ERROR, "the grid home " + settings.home + " is not writable");
+        }
+        int handle = handles.next();
+        handles.put(handle, new Session(handle));
+        return handle;
+    }
+
+    /** Ends a session; its projects live on. */
+    public void close(int session) throws GridException {
+        session(session).close();
+    }
+
+    public boolean isReady(int session) {
+        return session(session).isOpen() && home.isWritable();
+    }
+
+    /** Removes left-over working directories, with results also those of ended projects; how many. */
+    public int cleanup(int session, boolean results) throws GridException, IOException {
+        session(session).checkOpen();
+        return home.cleanup(results);
+    }
+
+    private Session session(int handle) {
+        return handles.get(handle, Session.class, "session");
+    }
+
+    /** Creates a project in a session. */
+    public Project createProject(
+            int session, int priority, String name, Map<String, String> params) throws GridException, IOException {
+        Session owner = session(session);
+        owner.checkOpen();
+        Project project = newProject(priority, name);
+        project.putParams(params);
+        owner.projects().add(project);
+        return project;
+    }
+
+    private Project newProject(int priority, String name) throws IOException {
+        Arguments.required(name, "the project's name");
+        int handle = handles.next();
+        Project project = new Project(handle, this, home.newProject(), priority, name);
+        handles.put(handle, project);
+        return project;
+    }
+
+    public Project project(int handle) {
+        return handles.get(handle, Project.class, "project");
+    }
+
+    /** Stops a project, deletes its files and forgets it. */
+    public void removeProject(int handle) throws GridException, IOException, InterruptedException {
+        Project project = project(handle);
+        project.backgroundWait().stopIfWaiting();
+        project.remove();
+        handles.remove(handle);
+        handles.all(Session.class).forEach(session -> session.projects().remove(project));
+    }
+
+    /** Starts the description of a parallel-each run. */
+    public PeachRun newPeachRun() throws IOException {
+        Project project = newProject(0, "peach");
+        int handle = handles.next();
+        PeachRun run = new PeachRun(handle, this, project);
+        handles.put(handle, run);
+        return run;
+    }
+
+    public PeachRun peachRun(int handle) {
+        return handles.get(handle, PeachRun.class, "peach");
+    }
+
+    void forget(PeachRun run, boolean withProject)
+            throws GridException, IOException, InterruptedException {
+        handles.remove(run.handle());
+        if (withProject && handles.find(run.projectHandle(), Project.class) != null) {
+            removeProject(run.projectHandle());
+        }
+    }
+
+    /** Runs a parallel-each computation described by "key=value" arguments; its handle. */
+    public int peach(String[] arguments) throws GridException, IOException, InterruptedException {
+        PeachRun run = newPeachRun();
+        boolean succeeded = false;
+        try {
+            for (String argument : arguments) {
+                run.configure(description -> PeachKey.setArgument(description, argument));
+            }
+            run.execute();
+            succeeded = true;
+        } finally {
+            if (!succeeded) {
+                // The caller never learns the handle, so nothing may stay that needs it.
+                run.discard();
+            }
+        }
+        return run.handle();
+    }
+
+    /** The figures of a session's projects, or of one project, for people. */
+    public String statistics(int handle) {
+        Session session = handles.find(handle, Session.class);
+        List<Project> projects = new ArrayList<>();
+        if (session == null) {
+            projects.add(handles.get(handle, Project.class, "session or project"));
+        } else {
+            projects.addAll(session.projects());
+        }
+        String title = session == null ? "" : "session " + handle + ": " + projects.size()
+                        + " projects, " + scheduler.processors() + " processors\n";
+        return title
+                + projects.stream().map(Grid::statistics).collect(Collectors.joining("\n"));
+    }
+
+    private static String statistics(Project project) {
+        return project.description() + ": "
+                + project.statistics()
+                          .entrySet()
+                          .stream()
+                          .map(figure -> figure.getKey() + " " + figure.getValue())
+                          .collect(Collectors.joining(", "));
+    }
+
+    public boolean bundleExists(String name) throws GridException, IOException {
+        return bundles.exists(info -> info.hasName(name));
+    }
+
+    public boolean bundleExists(String prefix, String name) throws GridException, IOException {
+        return bundles.exists(info -> info.prefix.equals(prefix) && info.name.equals(name));
+    }
+
+    public boolean bundleVersionExists(String name, String version)
+            throws GridException, IOException {
+        return bundles.exists(info -> info.hasName(name) && info.version.equals(version));
+    }
+
+    /** Whether a job or project changes its state within that time. */
+    public boolean awaitChange(long millis) throws InterruptedException {
+        return changes.await(millis);
+    }
+
+    public void setLogLevel(String name) throws GridException {
+        Log.setLevel(Log.level(name));
+    }
+
+    public String userLogin() {
+        return settings.login;
+    }
+
+    public Path tempDir() {
+        return settings.tempDir;
+    }
+
+    public int processors() {
+        return scheduler.processors();
+    }
+
+    public VantiroManagerPlugin plugin(String name) {
+        return plugins.get(name);
+    }
+
+    public Class<? extends VantiroManagerPlugin> pluginClass(String name) {
+        return plugins.type(name);
+    }
+
+    public String pluginValue(String name, String key) {
+        return plugins.value(name, key);
+    }
+
+    /**
+     * Stops the jobs or waits for them, then forgets every session, project and parallel-each run.
+     */
+    public void unload(boolean stopJobs, boolean removeFiles)
+            throws GridException, IOException, InterruptedException {
+        List<Project> projects = handles.all(Project.class);
+        for (Project project : projects) {
+            if (!stopJobs) {
+                project.awaitJobs();
+            }
+            project.stop();
+            project.backgroundWait().stopIfWaiting();
+        }
+        handles.clear();
+        for (Project project : projects) {
+            if (removeFiles) {
+                project.remove();
+            }
+        }
+    }
+
+    Settings settings() {
+        return settings;
+    }
+
+    public LastError errors() {
+        return errors;
+    }
+
+    BundleStore bundles() {
+        return bundles;
+    }
+
+    Scheduler scheduler() {
+        return scheduler;
+    }
+
+    Changes changes() {
+        return changes;
+    }
+}

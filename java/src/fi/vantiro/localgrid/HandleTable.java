@@ -1,0 +1,56 @@
+package fi.vantiro.localgrid;
+
+import java.util.ArrayList;
+import java.util.List;
+import java.util.Map;
+import java.util.concurrent.ConcurrentHashMap;
+import java.util.concurrent.atomic.AtomicInteger;
+
+/** The objects that callers know by number; a number is never used twice in a process. */
+final class HandleTable {
+    private static final AtomicInteger LAST = new AtomicInteger();
+
+    private final Map<Integer, Object> objects = new ConcurrentHashMap<>();
+
+    /** A number for an object that is yet to be made. */
+    int next() {
+        return LAST.incrementAndGet();
+    }
+
+    void put(int handle, Object object) {
+        objects.put(handle, object);
+    }
+
+    /** The object of that number when it is of the kind asked for, else null. */
+    <T> T find(int handle, Class<T> type) {
+        Object object = objects.get(handle);
+        return type.isInstance(object) ? type.cast(object) : null;
+    }
+
+    /** The object of that number; the text of a failure names the kind. */
+    <T> T get(int handle, Class<T> type, String kind) {
+        T object = find(handle, type);
+        if (object == null) {
+            throw new IllegalArgumentException("unknown " + kind + " handle " + handle);
+        }
+        return object;
+    }
+
+    <T> List<T> all(Class<T> type) {
+        List<T> found = new ArrayList<>();
+        for (Object object : objects.values()) {
+            if (type.isInstance(object)) {
+                found.add(type.cast(object));
+            }
+        }
+        return found;
+    }
+
+    void remove(int handle) {
+        objects.remove(handle);
+    }
+
+    void clear() {
+        objects.clear();
+    }
+}

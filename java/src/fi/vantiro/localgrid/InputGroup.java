@@ -1,0 +1,109 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.io.InputStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.nio.file.StandardCopyOption;
+import java.util.ArrayList;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.jar.JarFile;
+import java.util.jar.Manifest;
+import java.util.zip.ZipException;
+
+/**
+ * Input files of a run that belong together. They travel to the jobs in an archive of their own,
+ * which is written again only when a file has changed, or as symbolic links.
+ */
+final class InputGroup {
+    /** The files by the jobs that get them; under 0 those that every job gets. */
+    private final Map<Integer, List<InputFile>> files = new LinkedHashMap<>();
+    final Map<String, String> extras = new LinkedHashMap<>();
+    boolean copy = true;
+    boolean skipDigest;
+    private Path archive;
+
+    boolean isEmpty() {
+        return files.isEmpty();
+    }
+
+    void add(InputFile file) {
+        add(0, file);
+    }
+
+    void add(int job, InputFile file) {
+        files.computeIfAbsent(job, number -> new ArrayList<>()).add(file);
+    }
+
+    /** Checks the files and brings the archive up to date. */
+    void prepare(Path archiveFile) throws GridException, IOException {
+        Map<String, Path> entries = new LinkedHashMap<>();
+        for (Map.Entry<Integer, List<InputFile>> some : files.entrySet()) {
+            for (InputFile file : some.getValue()) {
+                file.checkReadable();
+                entries.put(entry(some.getKey(), file), file.source);
+            }
+        }
+        Files.createDirectories(archiveFile.getParent());
+        if (entries.isEmpty() || !copy) {
+            Files.deleteIfExists(archiveFile);
+            return;
+        }
+        archive = archiveFile;
+        Map<String, BundleArchive.Content> contents = BundleArchive.contents(entries);
+        Manifest manifest = BundleArchive.manifest();
+        if (!skipDigest) {
+            BundleArchive.sign(manifest, contents, "run", BundleArchive.ALGORITHM);
+            if (manifest.getEntries().equals(recorded())) {
+                return;
+            }
+        }
+        BundleArchive.write(archive, manifest, contents);
+    }
+
+    private Object recorded() throws IOException {
+        if (!Files.isReadable(archive)) {
+            return null;
+        }
+        try (JarFile jar = new JarFile(archive.toFile(), false)) {
+            return jar.getManifest() == null ? null : jar.getManifest().getEntries();
+        } catch (ZipException e) {
+            // A damaged archive is as good as none: it is written again.
+            return null;
+        }
+    }
+
+    /** Puts a job's files into its working directory. */
+    void place(int job, Path directory) throws IOException {
+        placeAll(0, directory);
+        placeAll(job, directory);
+    }
+
+    private void placeAll(int job, Path directory) throws IOException {
+        if (!files.containsKey(job)) {
+            return;
+        }
+        if (!copy) {
+            for (InputFile file : files.get(job)) {
+                Trees.link(file.source, directory.resolve(file.target));
+            }
+            return;
+        }
+        try (JarFile jar = new JarFile(archive.toFile(), false)) {
+            for (InputFile file : files.get(job)) {
+                Path target = directory.resolve(file.target);
+                Files.createDirectories(target.getParent());
+                try (InputStream in = jar.getInputStream(jar.getJarEntry(entry(job, file)))) {
+                    Files.copy(in, target, StandardCopyOption.REPLACE_EXISTING);
+                }
+                Files.setPosixFilePermissions(target, file.permissions());
+            }
+        }
+    }
+
+    private static String entry(int job, InputFile file) {
+        return (job == 0 ? "all/" : "job-" + job + "/") + file.target;
+    }
+}

@@ -1,0 +1,48 @@
+package fi.vantiro.localgrid;
+
+import java.util.Arrays;
+import java.util.List;
+import java.util.concurrent.BlockingQueue;
+import java.util.concurrent.LinkedBlockingQueue;
+
+/** One job; its project guards the fields that change. */
+final class Job {
+    enum State {
+        WAITING,
+        RUNNING,
+        COMPLETED,
+        FAILED,
+        STOPPED;
+
+        boolean ended() {
+            return compareTo(RUNNING) > 0;
+        }
+    }
+
+    final int number;
+    final List<String> command;
+    /** Lines for the job's standard input, kept until it starts. */
+    final BlockingQueue<String> input = new LinkedBlockingQueue<>();
+
+    State state = State.WAITING;
+    Thread runner;
+    JobProcess process;
+    String failure;
+    long cpuMillis;
+
+    Job(int number, List<String> command) {
+        this.number = number;
+        this.command = command;
+    }
+
+    /** The command of a job that is a line for the shell. */
+    static List<String> shellLine(String line) {
+        return Arrays.asList("/bin/sh", "-c", line);
+    }
+
+    /** The command as its creator gave it. */
+    String commandText() {
+        boolean isLine = command.size() == 3 && command.equals(shellLine(command.get(2)));
+        return isLine ? command.get(2) : String.join(" ", command);
+    }
+}

@@ -1,0 +1,290 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.nio.file.DirectoryStream;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.Collection;
+import java.util.List;
+import java.util.Map;
+import java.util.function.Consumer;
+import java.util.logging.Level;
+import java.util.logging.Logger;
+
+/** One parallel-each run: a project whose jobs all run the same executable. */
+public final class PeachRun implements JobHooks {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+
+    private enum Phase { DESCRIBED, EXECUTING, ENDED }
+
+    private final int handle;
+    private final Grid grid;
+    private final Project project;
+    private final PeachDescription description = new PeachDescription();
+    private final PeachFiles files = new PeachFiles();
+    private volatile Consumer<String> handler;
+
+    private Phase phase = Phase.DESCRIBED;
+    private boolean failed;
+    private boolean sourcesChanged;
+    private String message;
+    private Path stateDir;
+    private PeachInputs inputs;
+    private int jobsEnded;
+
+    PeachRun(int handle, Grid grid, Project project) {
+        this.handle = handle;
+        this.grid = grid;
+        this.project = project;
+        project.setHooks(this);
+    }
+
+    /** Changes the description, which is fixed once the run executes. */
+    public synchronized void configure(Consumer<PeachDescription> change) {
+        if (phase != Phase.DESCRIBED) {
+            throw new IllegalStateException("peach run " + handle + " was executed already");
+        }
+        change.accept(description);
+    }
+
+    /** Sends each line that a job writes to a receiver, as "job:line". */
+    public void setHandler(Consumer<String> receiver) {
+        handler = receiver;
+    }
+
+    public int handle() {
+        return handle;
+    }
+
+    public int projectHandle() {
+        return project.handle();
+    }
+
+    public synchronized int projectId() {
+        return description.projectId == null ? project.id() : description.projectId;
+    }
+
+    /** The text of the run's last failure, null when there was none. */
+    public synchronized String message() {
+        return message;
+    }
+
+    private synchronized void setMessage(String text) {
+        message = text;
+    }
+
+    /** Whether the sources differ from those of the last run with the same state directory. */
+    public synchronized boolean sourcesChanged() throws GridException, IOException {
+        return phase == Phase.DESCRIBED ? sources().changed() : sourcesChanged;
+    }
+
+    private PeachSources sources() throws GridException, IOException {
+        return new PeachSources(stateDir(), description.sources, description.sourceExtras);
+    }
+
+    private Path stateDir() {
+        return description.stateDir == null ? project.directory().state() : description.stateDir;
+    }
+
+    /** Runs all jobs to their end; an exception when some failed and that is not allowed. */
+    public void execute() throws GridException, IOException, InterruptedException {
+        synchronized (this) {
+            if (phase != Phase.DESCRIBED) {
+                throw new GridException(
+                        Status.WRONG_STATE, "peach run " + handle + " was executed already");
+            }
+            phase = Phase.EXECUTING;
+        }
+        boolean succeeded = false;
+        try {
+            prepare();
+            project.start();
+            awaitJobs();
+            if (description.resultFile != null) {
+                project.results().merge(description.resultFile);
+            }
+            succeeded = true;
+        } catch (GridException e) {
+            setMessage(e.getMessage());
+            throw e;
+        } catch (IOException e) {
+            setMessage(GridException.of(e).getMessage());
+            throw e;
+        } finally {
+            finish(succeeded);
+        }
+    }
+
+    private synchronized void prepare() throws GridException, IOException {
+        stateDir = stateDir();
+        Files.createDirectories(stateDir);
+        removeOldOutputs();
+        PeachSources sources = sources();
+        sourcesChanged = sources.changed();
+        if (sourcesChanged) {
+            sources.save();
+        }
+        inputs = new PeachInputs(description, stateDir);
+        inputs.prepare();
+        chooseBundles();
+        project.describe(description.name, description.description, description.priority);
+        project.setId(projectId());
+        project.putParams(description.projectParams);
+        if (description.cleanup != null) {
+            project.setKeepsWork(!description.cleanup);
+        }
+        if (description.executable.isEmpty()) {
+            throw new GridException(Status.WRONG_STATE, "no executable is set");
+        }
+        for (int left = description.jobCount(); left > 0; left--) {
+            project.createJob(Job.shellLine(description.executable));
+        }
+        project.markAllJobsCreated();
+    }
+
+    private void removeOldOutputs() throws IOException {
+        try (DirectoryStream<Path> old = Files.newDirectoryStream(stateDir, "job-[0-9]*")) {
+            for (Path directory : old) {
+                Trees.delete(directory);
+            }
+        }
+    }
+
+    private void chooseBundles() throws GridException, IOException {
+        if (!description.exeBundle.isEmpty() && description.exe.isEmpty()) {
+            project.bundles().use(description.exeBundle);
+            String program = project.bundles().executable();
+            if (description.executable.isEmpty() && !program.isEmpty()) {
+                description.executable = "./" + program;
+            }
+        }
+        for (String name : description.exeImports) {
+            project.bundles().addImport(name);
+        }
+    }
+
+    private void awaitJobs() throws GridException, InterruptedException {
+        say("started");
+        try {
+            project.awaitCompletion();
+            say("completed");
+        } catch (GridException e) {
+            say(e.getMessage());
+            if (!description.allowPartial) {
+                throw e;
+            }
+            setMessage(e.getMessage());
+        }
+    }
+
+    private void finish(boolean succeeded) throws IOException, InterruptedException {
+        try {
+            project.stop();
+        } finally {
+            synchronized (this) {
+                failed = !succeeded;
+                phase = Phase.ENDED;
+                files.release();
+                notifyAll();
+            }
+        }
+    }
+
+    private void say(String text) {
+        if (description.messages) {
+            System.err.println("vantiro: " + description.name + ": " + text);
+        }
+    }
+
+    @Override
+    public void prepare(int job, Path directory, Map<String, String> environment)
+            throws IOException {
+        inputs.place(job, directory, environment);
+    }
+
+    @Override
+    public Collection<String> outputs() {
+        return description.outputs;
+    }
+
+    @Override
+    public Consumer<String> lines(int job) {
+        return handler == null ? null : line -> deliver(job + ":" + line);
+    }
+
+    private void deliver(String text) {
+        try {
+            handler.accept(text);
+        } catch (RuntimeException | Error e) {
+            // The receiver is the caller's code; its troubles must not become the run's.
+            LOG.log(Level.WARNING, "the receiver of intermediate results failed", e);
+        }
+    }
+
+    @Override
+    public void ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
+            throws IOException {
+        List<Path> kept = new ArrayList<>();
+        for (String name : outputs) {
+            Path target = stateDir.resolve("job-" + job).resolve(name);
+            Trees.copy(directory.resolve(name), target);
+            boolean isStream = name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
+            if (description.outputs.isEmpty() || !isStream || description.outputs.contains(name)) {
+                kept.add(target);
+            }
+        }
+        synchronized (this) {
+            jobsEnded++;
+            say("job " + job + (succeeded ? " completed" : " failed") + ", " + jobsEnded + " of "
+                    + project.statistics().get("jobs") + " ended");
+            if (succeeded) {
+                files.hold(job, kept);
+                if (description.stream) {
+                    files.release();
+                }
+            }
+        }
+    }
+
+    /** The next result file, null when there is none (yet). */
+    public synchronized Path nextFile() throws GridException, IOException, InterruptedException {
+        boolean over = phase == Phase.ENDED;
+        Path file = over && failed ? null : files.next();
+        if (file == null && over && description.close) {
+            done();
+        }
+        return file;
+    }
+
+    /** Notes that the caller is through with a result file, so that cleaning up removes it. */
+    public void postProcessed(int number) {
+        files.markProcessed(number);
+    }
+
+    /** Ends the run, stopping what still runs, and forgets it. */
+    public void done() throws GridException, IOException, InterruptedException {
+        end(description.remove);
+    }
+
+    /** Ends the run and removes its project, whatever its settings say. */
+    void discard() throws GridException, IOException, InterruptedException {
+        end(true);
+    }
+
+    private void end(boolean withProject)
+            throws GridException, IOException, InterruptedException {
+        project.stop();
+        boolean unused;
+        synchronized (this) {
+            unused = phase == Phase.DESCRIBED;
+            while (phase == Phase.EXECUTING) {
+                wait();
+            }
+            if (Boolean.TRUE.equals(description.cleanup)) {
+                files.deleteProcessed();
+            }
+        }
+        grid.forget(this, withProject || unused);
+    }
+}

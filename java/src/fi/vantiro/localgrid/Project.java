@@ -1,0 +1,469 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Locale;
+import java.util.Map;
+import java.util.TreeMap;
+import java.util.stream.Collectors;
+
+/** A number of jobs that are started, followed and stopped together. */
+public final class Project {
+    private static final int FAILURES_TOLD = 10;
+
+    /** The states of a project; their order is the numbers that callers see. */
+    public enum State { CREATED, RUNNING, COMPLETED, FAILED, STOPPED }
+
+    private final int handle;
+    private final Grid grid;
+    private final ProjectDirectory directory;
+    private final Results results;
+    private final ProjectBundles bundles;
+    private final BackgroundWait backgroundWait = new BackgroundWait(this);
+
+    private String name;
+    private String description = "";
+    private int priority;
+    private int id;
+    private boolean keepsWork;
+    private JobHooks hooks = JobHooks.NONE;
+    private final Map<String, String> params = new LinkedHashMap<>();
+
+    private final List<Job> jobs = new ArrayList<>();
+    private final List<List<String>> cached = new ArrayList<>();
+    private final int[] counts = new int[Job.State.values().length];
+    private boolean started;
+    private boolean allCreated;
+    private boolean stopped;
+    private boolean removed;
+    private long startedAt;
+    private long endedAt;
+    private long cpuMillis;
+
+    Project(int handle, Grid grid, ProjectDirectory directory, int priority, String name) {
+        this.handle = handle;
+        this.grid = grid;
+        this.directory = directory;
+        this.priority = priority;
+        this.name = Arguments.required(name, "the project's name");
+        id = directory.number();
+        keepsWork = grid.settings().keepWork;
+        results = new Results(directory, grid.settings());
+        bundles = new ProjectBundles(grid.bundles());
+    }
+
+    public int handle() {
+        return handle;
+    }
+
+    public Results results() {
+        return results;
+    }
+
+    public ProjectBundles bundles() {
+        return bundles;
+    }
+
+    public BackgroundWait backgroundWait() {
+        return backgroundWait;
+    }
+
+    ProjectDirectory directory() {
+        return directory;
+    }
+
+    public synchronized int id() {
+        return id;
+    }
+
+    public synchronized void setId(int id) {
+        this.id = id;
+    }
+
+    synchronized void describe(String name, String description, int priority) {
+        this.name = name;
+        this.description = description.isEmpty() ? "" : ": " + description;
+        this.priority = priority;
+    }
+
+    synchronized void setHooks(JobHooks hooks) {
+        this.hooks = hooks;
+    }
+
+    synchronized JobHooks hooks() {
+        return hooks;
+    }
+
+    synchronized void setKeepsWork(boolean keeps) {
+        keepsWork = keeps;
+    }
+
+    synchronized boolean keepsWork() {
+        return keepsWork;
+    }
+
+    int jobTimeout() {
+        return grid.settings().jobTimeout;
+    }
+
+    /** Sets parameters. */
+    public synchronized void putParams(Map<String, String> values) {
+        params.putAll(values);
+    }
+
+    /** The parameters in the order in which they were first set. */
+    public synchronized Map<String, String> params() {
+        return new LinkedHashMap<>(params);
+    }
+
+    /** Creates a job, which runs as soon as the project does; its number. */
+    public synchronized int createJob(List<String> command) throws GridException {
+        checkAccepts(command);
+        Job job = new Job(jobs.size() + 1, new ArrayList<>(command));
+        jobs.add(job);
+        counts[Job.State.WAITING.ordinal()]++;
+        if (started) {
+            submit(job);
+        }
+        return job.number;
+    }
+
+    /** Creates one job for each line, which the shell runs; the number of lines. */
+    public synchronized int createJobs(String[] lines) throws GridException {
+        for (String line : lines) {
+            createJob(Job.shellLine(line));
+        }
+        return lines.length;
+    }
+
+    /** Keeps a job aside; how many are aside now. */
+    public synchronized int cacheJob(List<String> command) throws GridException {
+        checkAccepts(command);
+        cached.add(new ArrayList<>(command));
+        return cached.size();
+    }
+
+    /** Creates the jobs kept aside; how many. */
+    public synchronized int flushCachedJobs() throws GridException {
+        int count = cached.size();
+        for (List<String> command : cached) {
+            createJob(command);
+        }
+        cached.clear();
+        return count;
+    }
+
+    private void checkAccepts(List<String> command) throws GridException {
+        if (command.isEmpty() || command.get(0).isEmpty()) {
+            throw new IllegalArgumentException("a job needs a command");
+        }
+        if (allCreated || stopped) {
+            throw wrongState(stopped ? "was stopped" : "has all its jobs created already");
+        }
+    }
+
+    /** Declares that no more jobs follow. */
+    public synchronized void markAllJobsCreated() throws GridException {
+        if (!cached.isEmpty()) {
+            throw wrongState("still has " + cached.size() + " cached jobs to flush");
+        }
+        allCreated = true;
+        changed();
+    }
+
+    /** Lets the jobs run. */
+    public synchronized void start() throws GridException {
+        if (started || stopped) {
+            throw wrongState(stopped ? "was stopped" : "is started already");
+        }
+        started = true;
+        startedAt = System.nanoTime();
+        jobs.forEach(this::submit);
+        changed();
+    }
+
+    private void submit(Job job) {
+        grid.scheduler().submit(priority, new JobRunner(this, job));
+    }
+
+    /** Kills the running jobs and drops the waiting ones. */
+    public void stop() throws IOException, InterruptedException {
+        List<JobProcess> running = new ArrayList<>();
+        synchronized (this) {
+            if (isCompleted()) {
+                return;
+            }
+            stopped = true;
+            for (Job job : jobs) {
+                if (job.state == Job.State.WAITING) {
+                    move(job, Job.State.STOPPED);
+                } else if (job.process != null) {
+                    running.add(job.process);
+                }
+            }
+            changed();
+        }
+        for (JobProcess process : running) {
+            process.kill();
+        }
+        awaitJobs();
+    }
+
+    /** Stops the project and deletes its files. */
+    void remove() throws IOException, InterruptedException {
+        stop();
+        synchronized (this) {
+            removed = true;
+        }
+        deleteIfIdle();
+    }
+
+    private void deleteIfIdle() throws IOException {
+        synchronized (this) {
+            if (!removed || count(Job.State.RUNNING) > 0) {
+                return;
+            }
+        }
+        directory.deleteResults();
+    }
+
+    /** Waits for the jobs that were let run; a thread that runs one of them does not wait. */
+    synchronized void awaitJobs() throws InterruptedException {
+        while (started && ended() < jobs.size()
+                && !isRunner(Thread.currentThread())) {
+            wait();
+        }
+    }
+
+    /** Waits for all jobs; an exception unless every one succeeded. */
+    public synchronized void awaitCompletion() throws GridException, InterruptedException {
+        if (!stopped && !(started && allCreated)) {
+            throw wrongState(started ? "is not marked as having all its jobs" : "is not started");
+        }
+        if (isRunner(Thread.currentThread())) {
+            throw wrongState("cannot be waited for by one of its own jobs");
+        }
+        while (!isCompleted()) {
+            wait();
+        }
+        if (stopped) {
+            throw new GridException(Status.STOPPED, this + " was stopped");
+        }
+        if (isFailed()) {
+            throw new GridException(Status.JOB_FAILED, failures());
+        }
+    }
+
+    /** Waits until more jobs than those known have ended, or the project has; how many ended. */
+    synchronized int awaitEnded(int known) throws InterruptedException {
+        while (ended() == known && !isCompleted()) {
+            wait();
+        }
+        return ended();
+    }
+
+    private boolean isRunner(Thread thread) {
+        return jobs.stream().anyMatch(job -> job.runner == thread);
+    }
+
+    /** Hands a line to the standard input of a job that has not ended. */
+    public synchronized void sendToJob(long number, String text) throws GridException {
+        Job job = job(number);
+        if (job.state.ended()) {
+            throw new GridException(Status.WRONG_STATE, "job " + number + " of " + this + " has ended");
+        }
+        job.input.add(Arguments.required(text, "the parameter"));
+    }
+
+    public synchronized boolean isJobCompleted(long number) {
+        return job(number).state.ended();
+    }
+
+    private Job job(long number) {
+        if (number < 1 || number > jobs.size()) {
+            throw new IllegalArgumentException(this + " has no job " + number);
+        }
+        return jobs.get((int) number - 1);
+    }
+
+    /** Whether every job has ended and no more can follow. */
+    public synchronized boolean isCompleted() {
+        return (stopped || started && allCreated)
+                && ended() == jobs.size();
+    }
+
+    /** Whether a job has failed. */
+    public synchronized boolean isFailed() {
+        return count(Job.State.FAILED) > 0;
+    }
+
+    public synchronized State state() {
+        if (stopped) {
+            return State.STOPPED;
+        }
+        if (!isCompleted()) {
+            return started ? State.RUNNING : State.CREATED;
+        }
+        return isFailed() ? State.FAILED : State.COMPLETED;
+    }
+
+    /** Milliseconds from start to end, or until now. */
+    public synchronized long usedTime() {
+        long end = endedAt == 0 ? System.nanoTime() : endedAt;
+        return startedAt == 0 ? 0 : (end - startedAt) / 1_000_000;
+    }
+
+    /** Milliseconds of processor time of the ended jobs. */
+    public synchronized long usedCpuTime() {
+        return cpuMillis;
+    }
+
+    /** The statistics by their names. */
+    public synchronized Map<String, Long> statistics() {
+        Map<String, Long> values = new LinkedHashMap<>();
+        values.put("jobs", (long) jobs.size());
+        values.put("waiting", (long) count(Job.State.WAITING));
+        values.put("running", (long) count(Job.State.RUNNING));
+        values.put("completed", (long) count(Job.State.COMPLETED));
+        values.put("failed", (long) count(Job.State.FAILED));
+        values.put("usedTime", usedTime());
+        values.put("usedCpuTime", usedCpuTime());
+        return values;
+    }
+
+    /** One line for people. */
+    public synchronized String description() {
+        return name + description + " (project " + id + ", priority " + priority + ", " + jobs.size() + " jobs, "
+                + state().name().toLowerCase(Locale.ROOT) + ")";
+    }
+
+    /** The variables that each job finds in its environment. */
+    synchronized Map<String, String> environment(Job job) {
+        Map<String, String> variables = new TreeMap<>();
+        variables.put("VANTIRO_JOB", String.valueOf(job.number));
+        variables.put("VANTIRO_JOBS", String.valueOf(jobs.size()));
+        variables.put("VANTIRO_PROJECT", String.valueOf(id));
+        variables.put("VANTIRO_PRIORITY", String.valueOf(priority));
+        variables.put("TMPDIR", grid.settings().tempDir.toString());
+        params.forEach(
+                (key, value) -> variables.put(Arguments.variable("VANTIRO_PARAM_", key), value));
+        return variables;
+    }
+
+    void placeBundles(Path workDir) throws GridException, IOException {
+        bundles.place(workDir);
+    }
+
+    /** Claims a waiting job for the calling thread; false when it is not to run any more. */
+    synchronized boolean begin(Job job) {
+        if (job.state != Job.State.WAITING) {
+            return false;
+        }
+        job.runner = Thread.currentThread();
+        move(job, Job.State.RUNNING);
+        changed();
+        return true;
+    }
+
+    /** Makes known what is to be killed when the project is stopped. */
+    void attach(Job job, JobProcess process) throws IOException, InterruptedException {
+        synchronized (this) {
+            job.process = process;
+            if (!stopped) {
+                return;
+            }
+        }
+        process.kill();
+    }
+
+    synchronized void used(Job job, long millis) {
+        cpuMillis += millis;
+    }
+
+    /** Downloads the results, with partial also those of a project that goes on; how many. */
+    public int download(boolean partial) throws GridException, IOException {
+        if (!partial && !isCompleted()) {
+            throw wrongState("is not completed");
+        }
+        return results.download();
+    }
+
+    /** Takes note of the end of a job; a failure of null is success. */
+    void end(Job job, String failure) {
+        synchronized (this) {
+            job.runner = null;
+            job.process = null;
+            move(job, failure == null ? Job.State.COMPLETED
+                            : stopped ? Job.State.STOPPED
+                                      : Job.State.FAILED);
+            if (job.state == Job.State.FAILED) {
+                job.failure = "job " + job.number + " of " + this + " failed: " + job.commandText()
+                        + ": " + failure;
+                grid.errors().record(new GridException(Status.JOB_FAILED, job.failure));
+            }
+            changed();
+        }
+        try {
+            deleteIfIdle();
+        } catch (IOException e) {
+            report("cannot remove its files", e);
+        }
+    }
+
+    /** The failures of the jobs, a line or more each. */
+    synchronized String failures() {
+        String told = jobs.stream()
+                .filter(job -> job.failure != null)
+                .limit(FAILURES_TOLD)
+                .map(job -> job.failure)
+                .collect(Collectors.joining("\n"));
+        int untold = count(Job.State.FAILED) - FAILURES_TOLD;
+        return untold > 0 ? told + "\nand " + untold + " more jobs failed" : told;
+    }
+
+    private void move(Job job, Job.State state) {
+        counts[job.state.ordinal()]--;
+        counts[state.ordinal()]++;
+        job.state = state;
+    }
+
+    private int count(Job.State state) {
+        return counts[state.ordinal()];
+    }
+
+    private void changed() {
+        if (endedAt == 0 && isCompleted()) {
+            endedAt = System.nanoTime();
+            try {
+                directory.markEnded();
+            } catch (IOException e) {
+                report("cannot mark it as ended", e);
+            }
+        }
+        notifyAll();
+        grid.changes().signal();
+    }
+
+    private int ended() {
+        return jobs.size() - count(Job.State.WAITING) - count(Job.State.RUNNING);
+    }
+
+    /** Remembers a failure that no caller waits for. */
+    void report(String what, IOException e) {
+        GridException failure = GridException.of(e);
+        grid.errors().record(new GridException(
+                failure.status(), this + ": " + what + ": " + failure.getMessage()));
+    }
+
+    private GridException wrongState(String what) {
+        return new GridException(Status.WRONG_STATE, this + " " + what);
+    }
+
+    @Override
+    public String toString() {
+        return "project " + handle;
+    }
+}

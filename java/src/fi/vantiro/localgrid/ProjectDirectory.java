@@ -1,0 +1,87 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.DirectoryStream;
+import java.nio.file.Files;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.Path;
+import java.nio.file.Paths;
+
+/** The directory of one project in the grid's home. */
+final class ProjectDirectory {
+    private final Path root;
+    private final Path work;
+    private final Path results;
+    private final Path state;
+    /** Holds the id of the process that the project lives in, so that others leave it alone. */
+    private final Path active;
+
+    ProjectDirectory(Path root) {
+        this.root = root;
+        work = root.resolve("work");
+        results = root.resolve("results");
+        state = root.resolve("state");
+        active = root.resolve("active");
+    }
+
+    int number() {
+        return Integer.parseInt(root.getFileName().toString());
+    }
+
+    Path work(int job) {
+        return work.resolve("job-" + job);
+    }
+
+    /** Where the shell leaves the processor time of a job. */
+    Path times(int job) {
+        return work.resolve("job-" + job + ".times");
+    }
+
+    Path results() {
+        return results;
+    }
+
+    Path state() {
+        return state;
+    }
+
+    void markActive() throws IOException {
+        String process = Paths.get("/proc/self").toRealPath().getFileName().toString();
+        Files.write(active, process.getBytes(StandardCharsets.US_ASCII));
+    }
+
+    void markEnded() throws IOException {
+        Files.deleteIfExists(active);
+    }
+
+    boolean isActive() throws IOException {
+        try {
+            String process = new String(Files.readAllBytes(active), StandardCharsets.US_ASCII);
+            return process.isEmpty() || Files.exists(Paths.get("/proc", process));
+        } catch (NoSuchFileException e) {
+            return false;
+        }
+    }
+
+    /** Removes the working directories; how many there were. */
+    int deleteWork() throws IOException {
+        int removed = 0;
+        if (Files.isDirectory(work)) {
+            try (DirectoryStream<Path> jobs = Files.newDirectoryStream(work)) {
+                for (Path job : jobs) {
+                    removed += Files.isDirectory(job) ? 1 : 0;
+                }
+            }
+            Trees.delete(work);
+        }
+        return removed;
+    }
+
+    /** Removes everything of the project; 1 when there were results. */
+    int deleteResults() throws IOException {
+        int removed = Files.isDirectory(results) ? 1 : 0;
+        Trees.delete(root);
+        return removed;
+    }
+}

@@ -1,0 +1,178 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.io.Reader;
+import java.nio.charset.StandardCharsets;
+import java.nio.file.Files;
+import java.nio.file.Path;
+import java.util.Arrays;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.Properties;
+import java.util.logging.Level;
+
+/** The settings of one grid, checked once and fixed from then on. */
+public final class Settings {
+    public static final String HOME = "grid.home";
+    public static final String LOGIN = "user.login";
+    public static final String TEMP_DIR = "temp.dir";
+    public static final String PROCESSORS = "grid.processors";
+    public static final String LOG_LEVEL = "log.level";
+    public static final String DOWNLOAD_DIR = "download.dir";
+    public static final String UNZIP_DIR = "unzip.dir";
+    public static final String JOB_TIMEOUT = "job.timeout";
+    public static final String KEEP_WORK = "keep.work";
+    private static final String PASSWORD = "grid.password";
+
+    private static final List<String> KEYS = Arrays.asList(HOME, LOGIN, TEMP_DIR, PROCESSORS,
+            LOG_LEVEL, DOWNLOAD_DIR, UNZIP_DIR, JOB_TIMEOUT, KEEP_WORK, PASSWORD);
+    private static final String PLUGIN = "plugin.";
+    private static final String DEFAULT_FILE = "vantiro.properties";
+
+    final Path home;
+    final String login;
+    final Path tempDir;
+    final int processors;
+    final Level logLevel;
+    final Path downloadDir;
+    final Path unzipDir;
+    final int jobTimeout;
+    final boolean keepWork;
+    /** The values of each plug-in by its name, its class among them. */
+    final Map<String, Map<String, String>> plugins = new LinkedHashMap<>();
+
+    private Settings(Properties values) throws GridException {
+        checkKeys(values);
+        home = Arguments.path(text(values, HOME, System.getProperty("user.home") + "/.vantiro-grid"));
+        login = text(values, LOGIN, System.getProperty("user.name"));
+        tempDir = Arguments.path(text(values, TEMP_DIR, System.getProperty("java.io.tmpdir")));
+        if (!Files.isDirectory(tempDir)) {
+            throw bad(TEMP_DIR, tempDir.toString(), "an existing directory");
+        }
+        int count = number(values, PROCESSORS);
+        processors = count == 0 ? Runtime.getRuntime().availableProcessors() : count;
+        logLevel = Log.level(text(values, LOG_LEVEL, Level.WARNING.getName()));
+        downloadDir = directory(values, DOWNLOAD_DIR);
+        unzipDir = directory(values, UNZIP_DIR);
+        jobTimeout = number(values, JOB_TIMEOUT);
+        keepWork = flag(values, KEEP_WORK);
+    }
+
+    /** What holds when nothing is set. */
+    public static Settings defaults() {
+        try {
+            return new Settings(new Properties());
+        } catch (GridException e) {
+            throw new IllegalStateException("the Java runtime has no usable defaults", e);
+        }
+    }
+
+    /** The settings of the default file if there is one, else the defaults. */
+    public static Settings load() throws GridException {
+        return Files.exists(Arguments.path(DEFAULT_FILE)) ? load(DEFAULT_FILE, null) : defaults();
+    }
+
+    /** The settings of a file; a file with a password wants the same one, null when none is known. */
+    public static Settings load(String file, String password) throws GridException {
+        return new Settings(unlocked(read(file), password));
+    }
+
+    /**
+     * Single values laid over those of a further file; null or "" leaves a value as it is there, and
+     * so does 0 for a number.
+     */
+    public static Settings of(Map<String, String> values, String furtherFile, String password)
+            throws GridException {
+        Properties all = new Properties();
+        if (!Arguments.isEmpty(furtherFile)) {
+            all.putAll(unlocked(read(furtherFile), password));
+        }
+        values.forEach((key, value) -> {
+            if (!Arguments.isEmpty(value) && !(value.equals("0") && all.containsKey(key))) {
+                all.setProperty(key, value);
+            }
+        });
+        return new Settings(all);
+    }
+
+    private static Properties read(String file) throws GridException {
+        Path path = Arguments.path(file);
+        Properties values = new Properties();
+        try (Reader reader = Files.newBufferedReader(path, StandardCharsets.UTF_8)) {
+            values.load(reader);
+        } catch (IOException | IllegalArgumentException e) {
+            String reason = e instanceof IOException ? GridException.of((IOException) e).getMessage()
+                                                     : e.getMessage();
+            throw new GridException(
+                    Status.BAD_SETTINGS, "cannot read settings file " + path + ": " + reason);
+        }
+        return values;
+    }
+
+    private static Properties unlocked(Properties values, String password) throws GridException {
+        String wanted = values.getProperty(PASSWORD);
+        if (wanted != null && Arguments.isEmpty(password)) {
+            throw new GridException(Status.BAD_PASSWORD, "the settings file needs a password");
+        }
+        if (wanted != null && !wanted.equals(password)) {
+            throw new GridException(Status.BAD_PASSWORD, "wrong password for the settings file");
+        }
+        return values;
+    }
+
+    private void checkKeys(Properties values) throws GridException {
+        for (String key : values.stringPropertyNames()) {
+            String[] parts = key.split("\\.", 3);
+            if (key.startsWith(PLUGIN) && parts.length == 3 && !parts[1].isEmpty()) {
+                plugins.computeIfAbsent(parts[1], name -> new LinkedHashMap<>())
+                        .put(parts[2], values.getProperty(key));
+            } else if (!KEYS.contains(key)) {
+                throw new GridException(Status.BAD_SETTINGS,
+                        "unknown setting " + key + "; the known ones are " + KEYS + " and " + PLUGIN
+                                + "<name>.<key>");
+            }
+        }
+    }
+
+    private static String text(Properties values, String key, String fallback) {
+        String value = values.getProperty(key, "").trim();
+        return value.isEmpty() ? fallback : value;
+    }
+
+    private static Path directory(Properties values, String key) {
+        String value = text(values, key, "");
+        return value.isEmpty() ? null : Arguments.path(value);
+    }
+
+    private static int number(Properties values, String key) throws GridException {
+        String value = text(values, key, "0");
+        try {
+            int number = Integer.parseInt(value);
+            if (number >= 0) {
+                return number;
+            }
+        } catch (NumberFormatException e) {
+            throw bad(key, value, "a number");
+        }
+        throw bad(key, value, "a number of 0 or more");
+    }
+
+    private static boolean flag(Properties values, String key) throws GridException {
+        switch (text(values, key, "0")) {
+            case "0":
+            case "false":
+                return false;
+            case "1":
+            case "true":
+                return true;
+            default:
+                throw bad(key, values.getProperty(key), "0 or 1");
+        }
+    }
+
+    private static GridException bad(String key, String value, String wanted) {
+        return new GridException(
+                Status.BAD_SETTINGS, "setting " + key + "=" + value + " is not " + wanted);
+    }
+}

@@ -1,0 +1,89 @@
+package fi.vantiro.localgrid;
+
+import java.io.IOException;
+import java.nio.file.FileVisitResult;
+import java.nio.file.Files;
+import java.nio.file.LinkOption;
+import java.nio.file.NoSuchFileException;
+import java.nio.file.Path;
+import java.nio.file.SimpleFileVisitor;
+import java.nio.file.StandardCopyOption;
+import java.nio.file.attribute.BasicFileAttributes;
+import java.nio.file.attribute.PosixFilePermission;
+import java.util.EnumSet;
+import java.util.Set;
+
+/** Operations on files and directory trees. */
+final class Trees {
+    private Trees() {}
+
+    /** Deletes a tree if it is there; links in it are removed, not followed. */
+    static void delete(Path tree) throws IOException {
+        if (!Files.exists(tree, LinkOption.NOFOLLOW_LINKS)) {
+            return;
+        }
+        Files.walkFileTree(tree, new SimpleFileVisitor<Path>() {
+            @Override
+            public FileVisitResult preVisitDirectory(Path dir, BasicFileAttributes attributes)
+                    throws IOException {
+                if (!Files.isWritable(dir) || !Files.isExecutable(dir)) {
+                    addPermissions(dir, PosixFilePermission.OWNER_WRITE,
+                            PosixFilePermission.OWNER_EXECUTE);
+                }
+                return FileVisitResult.CONTINUE;
+            }
+
+            @Override
+            public FileVisitResult visitFile(Path file, BasicFileAttributes attributes)
+                    throws IOException {
+                Files.deleteIfExists(file);
+                return FileVisitResult.CONTINUE;
+            }
+
+            @Override
+            public FileVisitResult visitFileFailed(Path file, IOException failure)
+                    throws IOException {
+                if (failure instanceof NoSuchFileException) {
+                    return FileVisitResult.CONTINUE;
+                }
+                throw failure;
+            }
+
+            @Override
+            public FileVisitResult postVisitDirectory(Path dir, IOException failure)
+                    throws IOException {
+                Files.deleteIfExists(dir);
+                return FileVisitResult.CONTINUE;
+            }
+        });
+    }
+
+    /** Copies one file with its permissions and times, making the directories above the target. */
+    static void copy(Path source, Path target) throws IOException {
+        Files.createDirectories(target.getParent());
+        Files.copy(source, target, StandardCopyOption.REPLACE_EXISTING,
+                StandardCopyOption.COPY_ATTRIBUTES);
+    }
+
+    /** Puts a symbolic link to the source at the target. */
+    static void link(Path source, Path target) throws IOException {
+        Files.createDirectories(target.getParent());
+        Files.deleteIfExists(target);
+        Files.createSymbolicLink(target, source);
+    }
+
+    static void makeExecutable(Path file) throws IOException {
+        addPermissions(file, PosixFilePermission.OWNER_EXECUTE, PosixFilePermission.GROUP_EXECUTE,
+                PosixFilePermission.OTHERS_EXECUTE);
+    }
+
+    private static void addPermissions(Path path, PosixFilePermission... permissions)
+            throws IOException {
+        Set<PosixFilePermission> all = EnumSet.noneOf(PosixFilePermission.class);
+        all.addAll(Files.getPosixFilePermissions(path));
+        for (PosixFilePermission permission : permissions) {
+            all.add(permission);
+        }
+        Files.setPosixFilePermissions(path, all);
+    }
+}

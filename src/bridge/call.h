@@ -1,0 +1,78 @@
+// How an exported function reaches its Java method. The management object and the parallel-each
+// object are called in two orders of the same steps, which stand side by side below.
+#pragma once
+
+#include <jni.h>
+
+#include <tuple>
+
+#include "bridge/arguments.h"
+#include "bridge/results.h"
+#include "bridge/steps.h"
+
+namespace vantiro {
+
+template <typename... Arguments>
+auto with_arrays([[maybe_unused]] JNIEnv *jni, Arguments... arguments) {
+  return std::tuple_cat(build_arrays(jni, arguments)...);
+}
+
+template <typename Result, typename... Values>
+auto invoke(JNIEnv *jni, jobject object, jmethodID method, const std::tuple<Values...> &values) {
+  return std::apply(
+      [&](auto... value) { return Result::call(jni, object, method, to_java(jni, value)...); },
+      values);
+}
+
+// Lists are built before an earlier exception is cleared, and a look-up that fails leaves its own
+// exception pending for the next call to clear.
+template <typename Result, typename... Arguments>
+int test_then_clear(JNIEnv *jni, Target target, const Result &result, const char *name,
+                    Arguments... arguments) {
+  const jmethodID method = jni->GetMethodID(target.type, name, descriptor<Result, Arguments...>());
+  if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
+  const auto values = with_arrays(jni, arguments...);
+  jni->ExceptionClear();
+  const auto answer = invoke<Result>(jni, target.object, method, values);
+  if (threw(jni)) return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
+  return result.deliver(jni, answer);
+}
+
+// Nothing is pending after a look-up that fails, and no argument is looked at before.
+template <typename Result, typename... Arguments>
+int clear_then_test(JNIEnv *jni, Target target, const Result &result, const char *name,
+                    Arguments... arguments) {
+  const jmethodID method = jni->GetMethodID(target.type, name, descriptor<Result, Arguments...>());
+  jni->ExceptionClear();
+  if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
+  const auto values = with_arrays(jni, arguments...);
+  const auto answer = invoke<Result>(jni, target.object, method, values);
+  if (threw(jni)) return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
+  return result.deliver(jni, answer);
+}
+
+namespace management {
+
+template <typename Result, typename... Arguments>
+int call(const Result &result, const char *name, Arguments... arguments) {
+  const Target target = management_object();
+  JNIEnv *const jni = enter(target);
+  if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
+  return test_then_clear(jni, target, result, name, arguments...);
+}
+
+}  // namespace management
+
+namespace peach {
+
+template <typename Result, typename... Arguments>
+int call(const Result &result, const char *name, Arguments... arguments) {
+  const Target target = peach_object();
+  JNIEnv *const jni = enter(target);
+  if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
+  return clear_then_test(jni, target, result, name, arguments...);
+}
+
+}  // namespace peach
+
+}  // namespace vantiro

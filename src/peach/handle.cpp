@@ -1,0 +1,79 @@
+// The parallel-each object, the handles of runs, and what is done with a run.
+#include "bridge/call.h"
+#include "host/host_state.h"
+#include "vantiro/peach.h"
+
+namespace vantiro {
+
+struct PeachWrapper : ObjectResult {};
+template <>
+struct JavaType<PeachWrapper> {
+  static constexpr Text name{"Lfi/vantiro/user/PeachWrapper;"};
+};
+
+}  // namespace vantiro
+
+using namespace vantiro;
+using peach::call;
+
+namespace {
+
+// Obtains the parallel-each object from the management object, and keeps it for every thread.
+int fetch_peach_object(JNIEnv *jni, Target management) {
+  const jmethodID method =
+      jni->GetMethodID(management.type, "getPeachWrapper", descriptor<PeachWrapper>());
+  jni->ExceptionClear();
+  if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
+  pwcls = share(jni, jni->FindClass("fi/vantiro/user/PeachWrapper"));
+  if (!pwcls) {
+    threw(jni);
+    return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
+  }
+  pwobj = share(jni, PeachWrapper::call(jni, management.object, method));
+  return threw(jni) || !pwobj ? VANTIRO_ERROR_UNCAUGHT_EXCEPTION : VANTIRO_OK;
+}
+
+}  // namespace
+
+int vantiro_peach_handle(void) {
+  const Target management = management_object();
+  JNIEnv *const jni = enter(management);
+  if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
+  if (!pwcls || !pwobj) {
+    const int status = fetch_peach_object(jni, management);
+    if (status != VANTIRO_OK) return status;
+  }
+  return clear_then_test(jni, peach_object(), Int{}, "get");
+}
+
+int vantiro_peach_execute(int handle) {
+  return call(Int{}, "execute", handle);
+}
+
+int vantiro_peach_postProcessed(int handle, int value) {
+  return call(Void{}, "postProcessed", handle, value);
+}
+
+int vantiro_peach_done(int handle) {
+  return call(Void{}, "done", handle);
+}
+
+int vantiro_peach_getProjectHandle(int handle) {
+  return call(Int{}, "getProjectHandle", handle);
+}
+
+int vantiro_peach_getProjectId(int handle) {
+  return call(Int{}, "getProjectId", handle);
+}
+
+int vantiro_peach_sourcesChanged(int handle) {
+  return call(Boolean{}, "sourcesChanged", handle);
+}
+
+int vantiro_peach_getLastErrorMessage(int handle, char *buffer, unsigned int *size) {
+  return call(NothingOnNull(buffer, size), "getLastErrorMessage", handle);
+}
+
+int vantiro_peach_nextFile(int handle, char *buffer, unsigned int *size) {
+  return call(NothingOnNull(buffer, size), "nextFile", handle);
+}
