@@ -3,6 +3,7 @@
 
 #include "each_options.h"
 
+#include <dirent.h>
 #include <errno.h>
 #include <getopt.h>
 #include <limits.h>
@@ -22,7 +23,7 @@ static void usage(FILE *out) {
       "                       ends at the next option or at --. Without --input, each line of\n"
       "                       standard input is an input\n"
       "  -o, --output DIR     keep what job N prints and writes in DIR/job-N, instead of\n"
-      "                       printing it\n"
+      "                       printing it; DIR is new or empty\n"
       "  -h, --help           this text\n"
       "\n"
       "The exit status is 0 when all jobs succeeded, 1 when one failed, 2 for a wrong call.\n"
@@ -90,6 +91,19 @@ static void find_program(char **command) {
   command[0] = checked(strdup(path));
 }
 
+/* A run replaces what an earlier one left in its directory, which must not be somebody's own. */
+static void check_output(const char *directory) {
+  struct dirent *entry;
+  DIR *found = opendir(directory);
+  if (!found && errno != ENOENT) refuse("--output needs a directory, this is none: ", directory);
+  while (found && (entry = readdir(found)) != NULL) {
+    if (strcmp(entry->d_name, ".") != 0 && strcmp(entry->d_name, "..") != 0) {
+      refuse("--output needs a new or empty directory, there are files in ", directory);
+    }
+  }
+  if (found) closedir(found);
+}
+
 void read_options(int argc, char **argv, struct options *options) {
   static const struct option names[] = {{"jobs", required_argument, NULL, 'j'},
                                         {"input", required_argument, NULL, 'i'},
@@ -110,6 +124,7 @@ void read_options(int argc, char **argv, struct options *options) {
         while (optind < argc && argv[optind][0] != '-') add_file(options, argv[optind++]);
         break;
       case 'o':
+        check_output(optarg);
         options->output = optarg;
         break;
       case 'h':

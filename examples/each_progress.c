@@ -7,6 +7,7 @@
 #include <stdatomic.h>
 #include <stdio.h>
 #include <stdlib.h>
+#include <time.h>
 #include <unistd.h>
 #include <vantiro.h>
 
@@ -14,6 +15,13 @@ static pthread_t watcher;
 static atomic_int finished;
 static int run_handle;
 static int job_count;
+
+/* Milliseconds of a clock that only goes forward. */
+static long long now(void) {
+  struct timespec time;
+  clock_gettime(CLOCK_MONOTONIC, &time);
+  return time.tv_sec * 1000LL + time.tv_nsec / 1000000;
+}
 
 static int statistic(int project, const char *name) {
   char text[32] = "";
@@ -30,15 +38,16 @@ static void show(int done, int failed) {
 static void *watch(void *unused) {
   JavaVM *const machine = vantiro_getJavaVM();
   const int project = vantiro_peach_getProjectHandle(run_handle);
-  int shown = -1;
+  const int interval = isatty(STDERR_FILENO) ? 100 : 1000;
+  long long shown_at = now();
   (void)unused;
   for (int last = 0; !last;) {
-    vantiro_actionWait(isatty(STDERR_FILENO) ? 100 : 1000);
+    vantiro_actionWait(interval);
     last = finished;
+    if (!last && now() - shown_at < interval) continue;
     const int failed = statistic(project, "failed");
-    const int done = statistic(project, "completed") + failed;
-    if (done != shown) show(done, failed);
-    shown = done;
+    show(statistic(project, "completed") + failed, failed);
+    shown_at = now();
   }
   if (isatty(STDERR_FILENO)) fputc('\n', stderr);
   /* Its first call attached this thread to the Java machine. */

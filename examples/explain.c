@@ -8,9 +8,10 @@
 static const char *cure_of(int status) {
   switch (status) {
     case VANTIRO_ERROR_RUNTIME_NOT_FOUND:
-      return "The line above is the loader's. Name a libjvm.so of this program's word size as "
+      return "The loader's reason stands above. Name a libjvm.so of this program's word size as "
              "JVMPATH=... in VantiroDLL.conf, beside libvantiro.so.";
     case VANTIRO_ERROR_METHOD_NOT_FOUND:
+    case VANTIRO_ERROR_CONSTRUCTOR_MISSING:
       return "vantiro.jar must lie beside libvantiro.so, and must be of a version that has what is "
              "called here.";
     case VANTIRO_ERROR_NOT_INITIALIZED:
@@ -22,22 +23,25 @@ static const char *cure_of(int status) {
   }
 }
 
-void explain(const char *tried, int status, int run) {
-  char text[2048] = "";
+/* What the Java side says about its last failure; empty when it says nothing. */
+static const char *last_error(int run) {
+  static char text[4096];
   unsigned int size = sizeof text;
+  const int status = run > 0 ? vantiro_peach_getLastErrorMessage(run, text, &size)
+                             : vantiro_getLastErrorMessage(text, &size);
+  return status == VANTIRO_OK && size > 0 ? text : "";
+}
+
+void explain(const char *tried, int status, int run) {
+  char text[256] = "";
+  unsigned int size = sizeof text;
+  const char *details = last_error(run);
   const char *cure = cure_of(status);
 
+  fflush(stdout); /* the loader's words may be waiting there */
   vantiro_describeStatusCode(status, text, &size);
   fprintf(stderr, "%s failed with status %d: %s\n", tried, status, text);
-
-  text[0] = '\0';
-  size = sizeof text;
-  if (run > 0) {
-    vantiro_peach_getLastErrorMessage(run, text, &size);
-  } else if (status != VANTIRO_ERROR_NOT_INITIALIZED) {
-    vantiro_getLastErrorMessage(text, &size);
-  }
-  if (text[0]) fprintf(stderr, "%s\n", text);
+  if (*details) fprintf(stderr, "%s\n", details);
   if (cure) fprintf(stderr, "%s\n", cure);
 }
 

@@ -10,6 +10,7 @@ import java.util.Collection;
 import java.util.Collections;
 import java.util.List;
 import java.util.Map;
+import java.util.function.Predicate;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipException;
 import java.util.zip.ZipFile;
@@ -74,20 +75,15 @@ final class Archives {
         }
     }
 
-    /** Unpacks all of an archive, or one entry; the number of files. Never writes elsewhere. */
-    static int unpack(Path archive, Path directory, String only) throws GridException, IOException {
+    /** Unpacks the entries that are wanted; the number of files. Never writes elsewhere. */
+    static int unpack(Path archive, Path directory, Predicate<String> wanted)
+            throws GridException, IOException {
         if (!Files.isReadable(archive)) {
             throw new GridException(Status.NOT_FOUND, "cannot read archive " + archive);
         }
         try (ZipFile zip = new ZipFile(archive.toFile())) {
             List<? extends ZipEntry> entries = Collections.list(zip.entries());
-            if (!Arguments.isEmpty(only)) {
-                entries.removeIf(entry -> !entry.getName().equals(only));
-                if (entries.isEmpty()) {
-                    throw new GridException(
-                            Status.NOT_FOUND, "there is no " + only + " in " + archive);
-                }
-            }
+            entries.removeIf(entry -> !wanted.test(entry.getName()));
             for (ZipEntry entry : entries) {
                 target(directory, entry, archive);
             }

@@ -2,6 +2,7 @@ package fi.vantiro.localgrid;
 
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
+import java.nio.file.FileSystemException;
 import java.nio.file.NoSuchFileException;
 
 /** An ordinary failure: a result code and a text for the caller. */
@@ -23,8 +24,11 @@ public final class GridException extends Exception {
         if (e instanceof AccessDeniedException) {
             return new GridException(Status.IO_ERROR, "no permission: " + e.getMessage());
         }
-        String text = e.getMessage() == null ? e.getClass().getSimpleName() : e.getMessage();
-        return new GridException(Status.IO_ERROR, text);
+        // A file system's exception often holds no more than the path.
+        boolean bare = e instanceof FileSystemException
+                ? ((FileSystemException) e).getReason() == null
+                : e.getMessage() == null;
+        return new GridException(Status.IO_ERROR, bare ? e.toString() : e.getMessage());
     }
 
     /** The result code of the failure. */

@@ -25,7 +25,6 @@ final class Job {
     final BlockingQueue<String> input = new LinkedBlockingQueue<>();
 
     State state = State.WAITING;
-    Thread runner;
     JobProcess process;
     String failure;
     long cpuMillis;

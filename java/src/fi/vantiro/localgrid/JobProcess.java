@@ -10,7 +10,9 @@ import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import java.util.concurrent.BlockingQueue;
+import java.util.concurrent.ConcurrentHashMap;
 import java.util.concurrent.TimeUnit;
 import java.util.function.Consumer;
 import java.util.regex.Matcher;
@@ -23,6 +25,11 @@ final class JobProcess {
     private static final Pattern TIME = Pattern.compile("(\\d+)m(\\d+)[.,](\\d{2,3})\\d*s");
     private static final String MARK = "VANTIRO_WORKDIR";
     private static final int POLL_MS = 20;
+    private static final Set<JobProcess> RUNNING = ConcurrentHashMap.newKeySet();
+
+    static {
+        Runtime.getRuntime().addShutdownHook(new Thread(JobProcess::killAll));
+    }
 
     private final WorkDirectory directory;
     private final Path times;
@@ -57,6 +64,7 @@ final class JobProcess {
             }
             process = builder.start();
         }
+        RUNNING.add(this);
         Thread feeder = GridThreads.start("vantiro-input", () -> feed(input));
         try {
             int status = lines == null ? await(timeoutSeconds, null)
@@ -64,6 +72,7 @@ final class JobProcess {
             killProcesses();
             return status;
         } finally {
+            RUNNING.remove(this);
             feeder.interrupt();
         }
     }
@@ -117,6 +126,18 @@ final class JobProcess {
         }
         killProcesses();
         process.destroyForcibly();
+    }
+
+    /** Jobs do not outlive the Java virtual machine that looks after them. */
+    private static void killAll() {
+        for (JobProcess job : RUNNING) {
+            try {
+                job.kill();
+            } catch (IOException | InterruptedException e) {
+                // There is nobody left to tell, and the other jobs are still to be killed.
+                continue;
+            }
+        }
     }
 
     private void killProcesses() throws IOException, InterruptedException {

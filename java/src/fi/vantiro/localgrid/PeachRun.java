@@ -27,7 +27,7 @@ public final class PeachRun implements JobHooks {
 
     private Phase phase = Phase.DESCRIBED;
     private boolean failed;
-    private boolean sourcesChanged;
+    private volatile boolean sourcesChanged;
     private String message;
     private Path stateDir;
     private PeachInputs inputs;
@@ -116,7 +116,7 @@ public final class PeachRun implements JobHooks {
         }
     }
 
-    private synchronized void prepare() throws GridException, IOException {
+    private void prepare() throws GridException, IOException {
         stateDir = stateDir();
         Files.createDirectories(stateDir);
         removeOldOutputs();
@@ -278,6 +278,10 @@ public final class PeachRun implements JobHooks {
         boolean unused;
         synchronized (this) {
             unused = phase == Phase.DESCRIBED;
+            if (phase == Phase.EXECUTING && Scheduler.isJobThread()) {
+                throw new GridException(Status.WRONG_STATE,
+                        "peach run " + handle + " cannot be ended by a thread that runs a job");
+            }
             while (phase == Phase.EXECUTING) {
                 wait();
             }

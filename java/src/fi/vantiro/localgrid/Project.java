@@ -8,10 +8,12 @@ import java.util.List;
 import java.util.Locale;
 import java.util.Map;
 import java.util.TreeMap;
+import java.util.logging.Logger;
 import java.util.stream.Collectors;
 
 /** A number of jobs that are started, followed and stopped together. */
 public final class Project {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
     private static final int FAILURES_TOLD = 10;
 
     /** The states of a project; their order is the numbers that callers see. */
@@ -24,7 +26,7 @@ public final class Project {
     private final ProjectBundles bundles;
     private final BackgroundWait backgroundWait = new BackgroundWait(this);
 
-    private String name;
+    private volatile String name;
     private String description = "";
     private int priority;
     private int id;
@@ -230,10 +232,9 @@ public final class Project {
         directory.deleteResults();
     }
 
-    /** Waits for the jobs that were let run; a thread that runs one of them does not wait. */
+    /** Waits for the jobs that were let run; a thread that runs a job does not wait. */
     synchronized void awaitJobs() throws InterruptedException {
-        while (started && ended() < jobs.size()
-                && !isRunner(Thread.currentThread())) {
+        while (started && ended() < jobs.size() && !Scheduler.isJobThread()) {
             wait();
         }
     }
@@ -243,8 +244,8 @@ public final class Project {
         if (!stopped && !(started && allCreated)) {
             throw wrongState(started ? "is not marked as having all its jobs" : "is not started");
         }
-        if (isRunner(Thread.currentThread())) {
-            throw wrongState("cannot be waited for by one of its own jobs");
+        if (Scheduler.isJobThread()) {
+            throw wrongState("cannot be waited for by a thread that runs a job");
         }
         while (!isCompleted()) {
             wait();
@@ -263,10 +264,6 @@ public final class Project {
             wait();
         }
         return ended();
-    }
-
-    private boolean isRunner(Thread thread) {
-        return jobs.stream().anyMatch(job -> job.runner == thread);
     }
 
     /** Hands a line to the standard input of a job that has not ended. */
@@ -362,7 +359,6 @@ public final class Project {
         if (job.state != Job.State.WAITING) {
             return false;
         }
-        job.runner = Thread.currentThread();
         move(job, Job.State.RUNNING);
         changed();
         return true;
@@ -394,7 +390,6 @@ public final class Project {
     /** Takes note of the end of a job; a failure of null is success. */
     void end(Job job, String failure) {
         synchronized (this) {
-            job.runner = null;
             job.process = null;
             move(job, failure == null ? Job.State.COMPLETED
                             : stopped ? Job.State.STOPPED
@@ -428,6 +423,7 @@ public final class Project {
         counts[job.state.ordinal()]--;
         counts[state.ordinal()]++;
         job.state = state;
+        LOG.fine(() -> "job " + job.number + " of " + this + " is now " + state);
     }
 
     private int count(Job.State state) {
@@ -464,6 +460,6 @@ public final class Project {
 
     @Override
     public String toString() {
-        return "project " + handle;
+        return "project " + handle + " (" + name + ")";
     }
 }

@@ -8,6 +8,7 @@ import java.util.Arrays;
 import java.util.Deque;
 import java.util.LinkedHashMap;
 import java.util.Map;
+import java.util.jar.JarFile;
 import java.util.jar.Manifest;
 
 /** The bundles that a project creates, and those that its jobs use. */
@@ -136,8 +137,8 @@ public final class ProjectBundles {
         Deque<BundleInfo> reversed = new ArrayDeque<>();
         used.values().forEach(reversed::push);
         for (BundleInfo info : reversed) {
-            Archives.unpack(store.archive(info), directory, null);
-            Files.deleteIfExists(directory.resolve("META-INF/MANIFEST.MF"));
+            Archives.unpack(store.archive(info), directory,
+                    name -> !name.equals(JarFile.MANIFEST_NAME) && !name.equals("META-INF/"));
             if (!info.executable.isEmpty()) {
                 Trees.makeExecutable(directory.resolve(info.executable));
             }

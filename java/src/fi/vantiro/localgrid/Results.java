@@ -119,7 +119,7 @@ public final class Results {
         for (Map.Entry<Integer, Path> archive : downloaded.entrySet()) {
             Path base = unzipDir == null ? downloadDir : unzipDir;
             files += Archives.unpack(
-                    archive.getValue(), base.resolve("job-" + archive.getKey()), null);
+                    archive.getValue(), base.resolve("job-" + archive.getKey()), name -> true);
         }
         return files;
     }
@@ -127,7 +127,13 @@ public final class Results {
     /** Unpacks any archive, or one entry of it, into a directory; the number of files. */
     public static int unzip(String archive, String directory, String entry)
             throws GridException, IOException {
-        return Archives.unpack(Arguments.path(archive), Arguments.path(directory), entry);
+        int files = Archives.unpack(Arguments.path(archive), Arguments.path(directory),
+                name -> Arguments.isEmpty(entry) || name.equals(entry));
+        if (files == 0 && !Arguments.isEmpty(entry)) {
+            throw new GridException(
+                    Status.NOT_FOUND, "there is no file " + entry + " in " + archive);
+        }
+        return files;
     }
 
     /** One archive with the outputs of all jobs, each job's below a directory of its own. */

@@ -14,8 +14,16 @@ final class Scheduler {
 
     Scheduler(int processors) {
         workers = new ThreadPoolExecutor(processors, processors, IDLE_SECONDS, TimeUnit.SECONDS,
-                new PriorityBlockingQueue<>(), work -> GridThreads.daemon("vantiro-job", work));
+                new PriorityBlockingQueue<>(), JobThread::new);
         workers.allowCoreThreadTimeOut(true);
+    }
+
+    /**
+     * Whether the calling thread runs a job, as it does in a receiver of intermediate results. Such
+     * a thread must not wait for jobs, which may be waiting for it.
+     */
+    static boolean isJobThread() {
+        return Thread.currentThread() instanceof JobThread;
     }
 
     int processors() {
@@ -24,6 +32,13 @@ final class Scheduler {
 
     void submit(int priority, Runnable work) {
         workers.execute(new Entry(priority, submitted.incrementAndGet(), work));
+    }
+
+    private static final class JobThread extends Thread {
+        JobThread(Runnable work) {
+            super(work, "vantiro-job");
+            setDaemon(true);
+        }
     }
 
     private static final class Entry implements Runnable, Comparable<Entry> {
