@@ -58,7 +58,7 @@ static void write_word(FILE *script, const char *text) {
 
 static void write_script(const struct options *options) {
   FILE *script = create("each.sh");
-  fputs("#!/bin/sh\ninput=$(sed -n \"${VANTIRO_JOB}p\" each.inputs)\nexec", script);
+  fputs("#!/bin/sh\ninput=$(sed -n \"${VANTIRO_JOB}p\" each.inputs)\nexec </dev/null", script);
   for (char **word = options->command; *word; ++word) write_word(script, *word);
   if (!options->names_input) fputs(" \"$input\"", script);
   fputc('\n', script);

@@ -59,18 +59,12 @@ public final class BundleArchive {
         return digests;
     }
 
-    /** The digests in the manifest of an archive by entry; none when it is not signed. */
-    static Map<String, String> recordedDigests(JarFile jar) throws IOException {
+    /** The digests that the manifest of a signed archive holds, by entry. */
+    private static Map<String, String> recordedDigests(Manifest manifest, String algorithm) {
         Map<String, String> digests = new TreeMap<>();
-        Manifest manifest = jar.getManifest();
-        if (manifest != null) {
-            String key = manifest.getMainAttributes().getValue(DIGEST) + "-Digest";
-            manifest.getEntries().forEach((entry, attributes) -> {
-                if (attributes.getValue(key) != null) {
-                    digests.put(entry, attributes.getValue(key));
-                }
-            });
-        }
+        manifest.getEntries().forEach(
+                (entry, attributes)
+                        -> digests.put(entry, attributes.getValue(algorithm + "-Digest")));
         return digests;
     }
 
@@ -141,9 +135,10 @@ public final class BundleArchive {
         BundleInfo info = info(archive);
         try (JarFile jar = open(archive)) {
             Attributes attributes = jar.getManifest().getMainAttributes();
+            String algorithm = String.valueOf(attributes.getValue(DIGEST));
             if (attributes.getValue(SIGNER) != null
-                    && !digests(contents(jar), String.valueOf(attributes.getValue(DIGEST)))
-                                .equals(recordedDigests(jar))) {
+                    && !digests(contents(jar), algorithm)
+                                .equals(recordedDigests(jar.getManifest(), algorithm))) {
                 throw bad(archive, "was altered after it was signed");
             }
             return info;
@@ -177,8 +172,7 @@ public final class BundleArchive {
         try {
             return MessageDigest.getInstance(algorithm);
         } catch (NoSuchAlgorithmException e) {
-            throw new GridException(
-                    Status.UNKNOWN_VALUE, "unknown digest algorithm " + algorithm);
+            throw new GridException(Status.UNKNOWN_VALUE, "unknown digest algorithm " + algorithm);
         }
     }
 

@@ -28,8 +28,7 @@ public final class BundleInfo {
         this.prefix = safe(prefix, "prefix", false);
         this.platform = orEmpty(platform);
         this.description = orEmpty(description);
-        this.executable =
-                Arguments.isEmpty(executable) ? "" : Arguments.inside(executable);
+        this.executable = Arguments.isEmpty(executable) ? "" : Arguments.inside(executable);
         this.vendor = orEmpty(vendor);
         for (String imported : imports) {
             this.imports.add(safe(imported, "import", true));
@@ -69,8 +68,8 @@ public final class BundleInfo {
     private static String safe(String text, String what, boolean needed) {
         String value = orEmpty(text);
         if (value.isEmpty() ? needed : !value.matches(SAFE)) {
-            throw new IllegalArgumentException(
-                    "a bundle's " + what + " is made of letters, digits, '.', '_' and '-': " + text);
+            throw new IllegalArgumentException("a bundle's " + what
+                    + " is made of letters, digits, '.', '_' and '-': " + text);
         }
         return value;
     }
@@ -88,7 +87,9 @@ public final class BundleInfo {
         return qualifiedName() + "-" + version + ".jar";
     }
 
-    /** A number that follows from prefix, name and version alone, so that it is the same anywhere. */
+    /**
+     * A number that follows from prefix, name and version alone, so that it is the same anywhere.
+     */
     int id() {
         CRC32 crc = new CRC32();
         crc.update(fileName().getBytes(StandardCharsets.UTF_8));

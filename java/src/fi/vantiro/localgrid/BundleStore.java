@@ -59,8 +59,7 @@ final class BundleStore {
                 .max(Comparator.comparing(info -> info.version, BundleInfo::compareVersions))
                 .orElseThrow(()
                                      -> new GridException(Status.NO_SUCH_BUNDLE,
-                                             "there is no approved " + what
-                                                     + " for this machine"));
+                                             "there is no approved " + what + " for this machine"));
     }
 
     Path archive(BundleInfo info) {

@@ -49,7 +49,9 @@ public final class Grid {
         return session(session).isOpen() && home.isWritable();
     }
 
-    /** Removes left-over working directories, with results also those of ended projects; how many. */
+    /**
+     * Removes left-over working directories, with results also those of ended projects; how many.
+     */
     public int cleanup(int session, boolean results) throws GridException, IOException {
         session(session).checkOpen();
         return home.cleanup(results);
@@ -60,12 +62,12 @@ public final class Grid {
     }
 
     /** Creates a project in a session. */
-    public Project createProject(
-            int session, int priority, String name, Map<String, String> params) throws GridException, IOException {
+    public Project createProject(int session, int priority, String name, Map<String, String> params)
+            throws GridException, IOException {
         Session owner = session(session);
         owner.checkOpen();
         Project project = newProject(priority, name);
-        project.putParams(params);
+        project.info().putParams(params);
         owner.projects().add(project);
         return project;
     }
@@ -85,9 +87,11 @@ public final class Grid {
     /** Stops a project, deletes its files and forgets it. */
     public void removeProject(int handle) throws GridException, IOException, InterruptedException {
         Project project = project(handle);
+        if (!handles.remove(handle)) {
+            return;
+        }
         project.backgroundWait().stopIfWaiting();
         project.remove();
-        handles.remove(handle);
         handles.all(Session.class).forEach(session -> session.projects().remove(project));
     }
 
@@ -140,10 +144,10 @@ public final class Grid {
         } else {
             projects.addAll(session.projects());
         }
-        String title = session == null ? "" : "session " + handle + ": " + projects.size()
+        String title = session == null ? ""
+                                       : "session " + handle + ": " + projects.size()
                         + " projects, " + scheduler.processors() + " processors\n";
-        return title
-                + projects.stream().map(Grid::statistics).collect(Collectors.joining("\n"));
+        return title + projects.stream().map(Grid::statistics).collect(Collectors.joining("\n"));
     }
 
     private static String statistics(Project project) {

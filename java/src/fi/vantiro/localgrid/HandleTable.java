@@ -46,8 +46,9 @@ final class HandleTable {
         return found;
     }
 
-    void remove(int handle) {
-        objects.remove(handle);
+    /** Forgets an object; false when another thread has done so already. */
+    boolean remove(int handle) {
+        return objects.remove(handle) != null;
     }
 
     void clear() {

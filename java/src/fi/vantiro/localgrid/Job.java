@@ -27,7 +27,6 @@ final class Job {
     State state = State.WAITING;
     JobProcess process;
     String failure;
-    long cpuMillis;
 
     Job(int number, List<String> command) {
         this.number = number;

@@ -15,6 +15,11 @@ interface JobHooks {
     default void prepare(int job, Path directory, Map<String, String> environment)
             throws GridException, IOException {}
 
+    /** Whether working directories stay, given what the settings say. */
+    default boolean keepsWork(boolean setting) {
+        return setting;
+    }
+
     /** The outputs to keep, names or patterns; none means every file that the job wrote. */
     default Collection<String> outputs() {
         return Collections.emptyList();

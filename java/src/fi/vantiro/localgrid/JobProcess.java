@@ -18,7 +18,9 @@ import java.util.function.Consumer;
 import java.util.regex.Matcher;
 import java.util.regex.Pattern;
 
-/** The operating-system processes of one job: started, fed, listened to, timed and killed as one. */
+/**
+ * The operating-system processes of one job: started, fed, listened to, timed and killed as one.
+ */
 final class JobProcess {
     /** Runs the command and leaves its processor time in the file that is the shell's own name. */
     private static final String TIMED = "\"$@\"; set -- $?; times >\"$0\"; exit $1";
@@ -42,7 +44,8 @@ final class JobProcess {
             Path times) {
         this.directory = directory;
         this.times = times;
-        List<String> timed = new ArrayList<>(Arrays.asList("/bin/sh", "-c", TIMED, times.toString()));
+        List<String> timed =
+                new ArrayList<>(Arrays.asList("/bin/sh", "-c", TIMED, times.toString()));
         timed.addAll(command);
         builder = new ProcessBuilder(timed);
         builder.directory(directory.root().toFile());
@@ -62,16 +65,15 @@ final class JobProcess {
             if (killed) {
                 throw new GridException(Status.STOPPED, "stopped before it was started");
             }
-            process = builder.start();
+            process = ProcessStarts.start(builder);
         }
         RUNNING.add(this);
         Thread feeder = GridThreads.start("vantiro-input", () -> feed(input));
         try {
-            int status = lines == null ? await(timeoutSeconds, null)
-                                       : awaitWithLines(timeoutSeconds, lines);
-            killProcesses();
-            return status;
+            return lines == null ? await(timeoutSeconds, null)
+                                 : awaitWithLines(timeoutSeconds, lines);
         } finally {
+            killProcesses();
             RUNNING.remove(this);
             feeder.interrupt();
         }

@@ -49,7 +49,7 @@ final class JobRunner implements Runnable {
             return run(directory, times);
         } finally {
             Files.deleteIfExists(times);
-            if (!project.keepsWork()) {
+            if (!project.hooks().keepsWork(project.settings().keepWork)) {
                 Trees.delete(directory.root());
             }
         }
@@ -59,17 +59,19 @@ final class JobRunner implements Runnable {
             throws GridException, IOException, InterruptedException {
         JobHooks hooks = project.hooks();
         Map<String, String> environment = project.environment(job);
-        project.placeBundles(directory.root());
-        hooks.prepare(job.number, directory.root(), environment);
+        ProcessStarts.holdDuring(() -> {
+            project.bundles().place(directory.root());
+            hooks.prepare(job.number, directory.root(), environment);
+        });
         directory.inputsPlaced();
         JobProcess process = new JobProcess(job.command, environment, directory, times);
         project.attach(job, process);
-        int status = process.run(job.input, hooks.lines(job.number), project.jobTimeout());
+        int status = process.run(job.input, hooks.lines(job.number), project.settings().jobTimeout);
         Collection<String> outputs = hooks.outputs().isEmpty()
                 ? directory.changedFiles()
                 : directory.listedFiles(hooks.outputs());
         String failure = failure(process, status, directory, outputs, hooks.outputs());
-        project.used(job, process.cpuMillis());
+        project.addCpuTime(process.cpuMillis());
         project.results().add(job.number, directory.root(), outputs);
         hooks.ended(job.number, directory.root(), outputs, failure == null);
         return failure;
@@ -78,7 +80,7 @@ final class JobRunner implements Runnable {
     private String failure(JobProcess process, int status, WorkDirectory directory,
             Collection<String> outputs, Collection<String> wanted) throws IOException {
         if (process.timedOut()) {
-            return "timed out after " + project.jobTimeout() + " s" + errors(directory);
+            return "timed out after " + project.settings().jobTimeout + " s" + errors(directory);
         }
         if (status == 0) {
             for (String name : wanted) {
@@ -88,8 +90,8 @@ final class JobRunner implements Runnable {
             }
             return null;
         }
-        String reason = status == NOT_FOUND ? " (no such program)"
-                : status == NOT_EXECUTABLE  ? " (not an executable program)"
+        String reason = status == NOT_FOUND ? " (command not found)"
+                : status == NOT_EXECUTABLE  ? " (not executable)"
                                             : "";
         return "exit status " + status + reason + errors(directory);
     }

@@ -32,7 +32,7 @@ final class MarkedProcesses {
             List<String> command =
                     new ArrayList<>(Arrays.asList("/bin/sh", "-c", "kill -KILL \"$@\" 2>&-", "sh"));
             command.addAll(processes);
-            new ProcessBuilder(command).start().waitFor();
+            ProcessStarts.start(new ProcessBuilder(command)).waitFor();
             Thread.sleep(PAUSE_MS);
         }
     }

@@ -111,7 +111,8 @@ public final class PeachDescription {
     int jobCount() throws GridException {
         if (jobs > 0 && jobFiles.size() > jobs) {
             throw new GridException(Status.WRONG_STATE,
-                    "there are files for " + jobFiles.size() + " jobs but only " + jobs + " to run");
+                    "there are files for " + jobFiles.size() + " jobs but only " + jobs
+                            + " to run");
         }
         return jobs > 0 ? jobs : Math.max(1, jobFiles.size());
     }

@@ -103,8 +103,8 @@ public enum PeachKey {
             }
         }
         List<String> keys = Arrays.stream(values()).map(k -> k.key).collect(Collectors.toList());
-        throw new IllegalArgumentException(
-                "not of the form key=value with a known key: " + argument + "; known keys: " + keys);
+        throw new IllegalArgumentException("not of the form key=value with a known key: " + argument
+                + "; known keys: " + keys);
     }
 
     private String[] split(String value) {

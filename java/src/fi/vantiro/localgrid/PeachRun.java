@@ -62,7 +62,7 @@ public final class PeachRun implements JobHooks {
     }
 
     public synchronized int projectId() {
-        return description.projectId == null ? project.id() : description.projectId;
+        return description.projectId == null ? project.info().id() : description.projectId;
     }
 
     /** The text of the run's last failure, null when there was none. */
@@ -128,12 +128,9 @@ public final class PeachRun implements JobHooks {
         inputs = new PeachInputs(description, stateDir);
         inputs.prepare();
         chooseBundles();
-        project.describe(description.name, description.description, description.priority);
-        project.setId(projectId());
-        project.putParams(description.projectParams);
-        if (description.cleanup != null) {
-            project.setKeepsWork(!description.cleanup);
-        }
+        project.info().describe(description.name, description.description, description.priority);
+        project.info().setId(projectId());
+        project.info().putParams(description.projectParams);
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
         }
@@ -204,6 +201,11 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
+    public boolean keepsWork(boolean setting) {
+        return description.cleanup == null ? setting : !description.cleanup;
+    }
+
+    @Override
     public Collection<String> outputs() {
         return description.outputs;
     }
@@ -229,7 +231,8 @@ public final class PeachRun implements JobHooks {
         for (String name : outputs) {
             Path target = stateDir.resolve("job-" + job).resolve(name);
             Trees.copy(directory.resolve(name), target);
-            boolean isStream = name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
+            boolean isStream =
+                    name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
             if (description.outputs.isEmpty() || !isStream || description.outputs.contains(name)) {
                 kept.add(target);
             }
@@ -272,16 +275,17 @@ public final class PeachRun implements JobHooks {
         end(true);
     }
 
-    private void end(boolean withProject)
-            throws GridException, IOException, InterruptedException {
-        project.stop();
+    private void end(boolean withProject) throws GridException, IOException, InterruptedException {
         boolean unused;
         synchronized (this) {
-            unused = phase == Phase.DESCRIBED;
             if (phase == Phase.EXECUTING && Scheduler.isJobThread()) {
                 throw new GridException(Status.WRONG_STATE,
                         "peach run " + handle + " cannot be ended by a thread that runs a job");
             }
+            unused = phase == Phase.DESCRIBED;
+        }
+        project.stop();
+        synchronized (this) {
             while (phase == Phase.EXECUTING) {
                 wait();
             }

@@ -7,8 +7,8 @@ import java.util.Locale;
 /** The names of the machine that the grid runs on. */
 final class Platforms {
     private static final String SYSTEM = System.getProperty("os.name").toLowerCase(Locale.ROOT);
-    private static final List<String> NAMES = Arrays.asList(
-            "", "any", SYSTEM, SYSTEM + "-" + System.getProperty("os.arch"));
+    private static final List<String> NAMES =
+            Arrays.asList("", "any", SYSTEM, SYSTEM + "-" + System.getProperty("os.arch"));
 
     private Platforms() {}
 

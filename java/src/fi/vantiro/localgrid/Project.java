@@ -1,20 +1,15 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
-import java.nio.file.Path;
 import java.util.ArrayList;
-import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Locale;
 import java.util.Map;
-import java.util.TreeMap;
 import java.util.logging.Logger;
-import java.util.stream.Collectors;
 
 /** A number of jobs that are started, followed and stopped together. */
 public final class Project {
     private static final Logger LOG = Logger.getLogger(Log.NAME);
-    private static final int FAILURES_TOLD = 10;
 
     /** The states of a project; their order is the numbers that callers see. */
     public enum State { CREATED, RUNNING, COMPLETED, FAILED, STOPPED }
@@ -22,21 +17,15 @@ public final class Project {
     private final int handle;
     private final Grid grid;
     private final ProjectDirectory directory;
+    private final ProjectInfo info;
     private final Results results;
     private final ProjectBundles bundles;
     private final BackgroundWait backgroundWait = new BackgroundWait(this);
 
-    private volatile String name;
-    private String description = "";
-    private int priority;
-    private int id;
-    private boolean keepsWork;
     private JobHooks hooks = JobHooks.NONE;
-    private final Map<String, String> params = new LinkedHashMap<>();
 
-    private final List<Job> jobs = new ArrayList<>();
+    private final JobList jobs = new JobList();
     private final List<List<String>> cached = new ArrayList<>();
-    private final int[] counts = new int[Job.State.values().length];
     private boolean started;
     private boolean allCreated;
     private boolean stopped;
@@ -49,16 +38,17 @@ public final class Project {
         this.handle = handle;
         this.grid = grid;
         this.directory = directory;
-        this.priority = priority;
-        this.name = Arguments.required(name, "the project's name");
-        id = directory.number();
-        keepsWork = grid.settings().keepWork;
+        info = new ProjectInfo(name, priority, directory.number());
         results = new Results(directory, grid.settings());
         bundles = new ProjectBundles(grid.bundles());
     }
 
     public int handle() {
         return handle;
+    }
+
+    public ProjectInfo info() {
+        return info;
     }
 
     public Results results() {
@@ -77,20 +67,6 @@ public final class Project {
         return directory;
     }
 
-    public synchronized int id() {
-        return id;
-    }
-
-    public synchronized void setId(int id) {
-        this.id = id;
-    }
-
-    synchronized void describe(String name, String description, int priority) {
-        this.name = name;
-        this.description = description.isEmpty() ? "" : ": " + description;
-        this.priority = priority;
-    }
-
     synchronized void setHooks(JobHooks hooks) {
         this.hooks = hooks;
     }
@@ -99,34 +75,14 @@ public final class Project {
         return hooks;
     }
 
-    synchronized void setKeepsWork(boolean keeps) {
-        keepsWork = keeps;
-    }
-
-    synchronized boolean keepsWork() {
-        return keepsWork;
-    }
-
-    int jobTimeout() {
-        return grid.settings().jobTimeout;
-    }
-
-    /** Sets parameters. */
-    public synchronized void putParams(Map<String, String> values) {
-        params.putAll(values);
-    }
-
-    /** The parameters in the order in which they were first set. */
-    public synchronized Map<String, String> params() {
-        return new LinkedHashMap<>(params);
+    Settings settings() {
+        return grid.settings();
     }
 
     /** Creates a job, which runs as soon as the project does; its number. */
     public synchronized int createJob(List<String> command) throws GridException {
         checkAccepts(command);
-        Job job = new Job(jobs.size() + 1, new ArrayList<>(command));
-        jobs.add(job);
-        counts[Job.State.WAITING.ordinal()]++;
+        Job job = jobs.add(new ArrayList<>(command));
         if (started) {
             submit(job);
         }
@@ -188,7 +144,7 @@ public final class Project {
     }
 
     private void submit(Job job) {
-        grid.scheduler().submit(priority, new JobRunner(this, job));
+        grid.scheduler().submit(info.priority(), new JobRunner(this, job));
     }
 
     /** Kills the running jobs and drops the waiting ones. */
@@ -199,13 +155,13 @@ public final class Project {
                 return;
             }
             stopped = true;
-            for (Job job : jobs) {
+            jobs.forEach(job -> {
                 if (job.state == Job.State.WAITING) {
                     move(job, Job.State.STOPPED);
                 } else if (job.process != null) {
                     running.add(job.process);
                 }
-            }
+            });
             changed();
         }
         for (JobProcess process : running) {
@@ -214,18 +170,12 @@ public final class Project {
         awaitJobs();
     }
 
-    /** Stops the project and deletes its files. */
+    /** Stops the project and deletes its files, at once or when the last of its jobs has ended. */
     void remove() throws IOException, InterruptedException {
         stop();
         synchronized (this) {
-            removed = true;
-        }
-        deleteIfIdle();
-    }
-
-    private void deleteIfIdle() throws IOException {
-        synchronized (this) {
-            if (!removed || count(Job.State.RUNNING) > 0) {
+            if (jobs.count(Job.State.RUNNING) > 0) {
+                removed = true;
                 return;
             }
         }
@@ -234,7 +184,7 @@ public final class Project {
 
     /** Waits for the jobs that were let run; a thread that runs a job does not wait. */
     synchronized void awaitJobs() throws InterruptedException {
-        while (started && ended() < jobs.size() && !Scheduler.isJobThread()) {
+        while (started && jobs.ended() < jobs.size() && !Scheduler.isJobThread()) {
             wait();
         }
     }
@@ -254,47 +204,40 @@ public final class Project {
             throw new GridException(Status.STOPPED, this + " was stopped");
         }
         if (isFailed()) {
-            throw new GridException(Status.JOB_FAILED, failures());
+            throw new GridException(Status.JOB_FAILED, jobs.failures());
         }
     }
 
     /** Waits until more jobs than those known have ended, or the project has; how many ended. */
     synchronized int awaitEnded(int known) throws InterruptedException {
-        while (ended() == known && !isCompleted()) {
+        while (jobs.ended() == known && !isCompleted()) {
             wait();
         }
-        return ended();
+        return jobs.ended();
     }
 
     /** Hands a line to the standard input of a job that has not ended. */
     public synchronized void sendToJob(long number, String text) throws GridException {
-        Job job = job(number);
+        Job job = jobs.get(number);
         if (job.state.ended()) {
-            throw new GridException(Status.WRONG_STATE, "job " + number + " of " + this + " has ended");
+            throw new GridException(
+                    Status.WRONG_STATE, "job " + number + " of " + this + " has ended");
         }
         job.input.add(Arguments.required(text, "the parameter"));
     }
 
     public synchronized boolean isJobCompleted(long number) {
-        return job(number).state.ended();
-    }
-
-    private Job job(long number) {
-        if (number < 1 || number > jobs.size()) {
-            throw new IllegalArgumentException(this + " has no job " + number);
-        }
-        return jobs.get((int) number - 1);
+        return jobs.get(number).state.ended();
     }
 
     /** Whether every job has ended and no more can follow. */
     public synchronized boolean isCompleted() {
-        return (stopped || started && allCreated)
-                && ended() == jobs.size();
+        return (stopped || started && allCreated) && jobs.ended() == jobs.size();
     }
 
     /** Whether a job has failed. */
     public synchronized boolean isFailed() {
-        return count(Job.State.FAILED) > 0;
+        return jobs.count(Job.State.FAILED) > 0;
     }
 
     public synchronized State state() {
@@ -320,12 +263,7 @@ public final class Project {
 
     /** The statistics by their names. */
     public synchronized Map<String, Long> statistics() {
-        Map<String, Long> values = new LinkedHashMap<>();
-        values.put("jobs", (long) jobs.size());
-        values.put("waiting", (long) count(Job.State.WAITING));
-        values.put("running", (long) count(Job.State.RUNNING));
-        values.put("completed", (long) count(Job.State.COMPLETED));
-        values.put("failed", (long) count(Job.State.FAILED));
+        Map<String, Long> values = jobs.statistics();
         values.put("usedTime", usedTime());
         values.put("usedCpuTime", usedCpuTime());
         return values;
@@ -333,25 +271,17 @@ public final class Project {
 
     /** One line for people. */
     public synchronized String description() {
-        return name + description + " (project " + id + ", priority " + priority + ", " + jobs.size() + " jobs, "
-                + state().name().toLowerCase(Locale.ROOT) + ")";
+        return info + ", " + jobs.size() + " jobs, " + state().name().toLowerCase(Locale.ROOT)
+                + ")";
     }
 
     /** The variables that each job finds in its environment. */
     synchronized Map<String, String> environment(Job job) {
-        Map<String, String> variables = new TreeMap<>();
+        Map<String, String> variables = info.environment();
         variables.put("VANTIRO_JOB", String.valueOf(job.number));
         variables.put("VANTIRO_JOBS", String.valueOf(jobs.size()));
-        variables.put("VANTIRO_PROJECT", String.valueOf(id));
-        variables.put("VANTIRO_PRIORITY", String.valueOf(priority));
         variables.put("TMPDIR", grid.settings().tempDir.toString());
-        params.forEach(
-                (key, value) -> variables.put(Arguments.variable("VANTIRO_PARAM_", key), value));
         return variables;
-    }
-
-    void placeBundles(Path workDir) throws GridException, IOException {
-        bundles.place(workDir);
     }
 
     /** Claims a waiting job for the calling thread; false when it is not to run any more. */
@@ -375,7 +305,7 @@ public final class Project {
         process.kill();
     }
 
-    synchronized void used(Job job, long millis) {
+    synchronized void addCpuTime(long millis) {
         cpuMillis += millis;
     }
 
@@ -391,7 +321,8 @@ public final class Project {
     void end(Job job, String failure) {
         synchronized (this) {
             job.process = null;
-            move(job, failure == null ? Job.State.COMPLETED
+            move(job,
+                    failure == null   ? Job.State.COMPLETED
                             : stopped ? Job.State.STOPPED
                                       : Job.State.FAILED);
             if (job.state == Job.State.FAILED) {
@@ -400,34 +331,20 @@ public final class Project {
                 grid.errors().record(new GridException(Status.JOB_FAILED, job.failure));
             }
             changed();
+            if (!removed || jobs.count(Job.State.RUNNING) > 0) {
+                return;
+            }
         }
         try {
-            deleteIfIdle();
+            directory.deleteResults();
         } catch (IOException e) {
             report("cannot remove its files", e);
         }
     }
 
-    /** The failures of the jobs, a line or more each. */
-    synchronized String failures() {
-        String told = jobs.stream()
-                .filter(job -> job.failure != null)
-                .limit(FAILURES_TOLD)
-                .map(job -> job.failure)
-                .collect(Collectors.joining("\n"));
-        int untold = count(Job.State.FAILED) - FAILURES_TOLD;
-        return untold > 0 ? told + "\nand " + untold + " more jobs failed" : told;
-    }
-
     private void move(Job job, Job.State state) {
-        counts[job.state.ordinal()]--;
-        counts[state.ordinal()]++;
-        job.state = state;
+        jobs.move(job, state);
         LOG.fine(() -> "job " + job.number + " of " + this + " is now " + state);
-    }
-
-    private int count(Job.State state) {
-        return counts[state.ordinal()];
     }
 
     private void changed() {
@@ -443,10 +360,6 @@ public final class Project {
         grid.changes().signal();
     }
 
-    private int ended() {
-        return jobs.size() - count(Job.State.WAITING) - count(Job.State.RUNNING);
-    }
-
     /** Remembers a failure that no caller waits for. */
     void report(String what, IOException e) {
         GridException failure = GridException.of(e);
@@ -460,6 +373,6 @@ public final class Project {
 
     @Override
     public String toString() {
-        return "project " + handle + " (" + name + ")";
+        return "project " + handle + " (" + info.name() + ")";
     }
 }

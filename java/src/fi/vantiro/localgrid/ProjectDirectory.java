@@ -10,19 +10,21 @@ import java.nio.file.Paths;
 
 /** The directory of one project in the grid's home. */
 final class ProjectDirectory {
+    private static final String NOBODY = "ended";
+
     private final Path root;
     private final Path work;
     private final Path results;
     private final Path state;
     /** Holds the id of the process that the project lives in, so that others leave it alone. */
-    private final Path active;
+    private final Path owner;
 
     ProjectDirectory(Path root) {
         this.root = root;
         work = root.resolve("work");
         results = root.resolve("results");
         state = root.resolve("state");
-        active = root.resolve("active");
+        owner = root.resolve("owner");
     }
 
     int number() {
@@ -47,20 +49,26 @@ final class ProjectDirectory {
     }
 
     void markActive() throws IOException {
-        String process = Paths.get("/proc/self").toRealPath().getFileName().toString();
-        Files.write(active, process.getBytes(StandardCharsets.US_ASCII));
+        writeOwner(Paths.get("/proc/self").toRealPath().getFileName().toString());
     }
 
     void markEnded() throws IOException {
-        Files.deleteIfExists(active);
+        if (Files.exists(root)) {
+            writeOwner(NOBODY);
+        }
     }
 
+    private void writeOwner(String text) throws IOException {
+        Files.write(owner, text.getBytes(StandardCharsets.US_ASCII));
+    }
+
+    /** Whether the project may still be used; one that is just being made has no owner yet. */
     boolean isActive() throws IOException {
         try {
-            String process = new String(Files.readAllBytes(active), StandardCharsets.US_ASCII);
-            return process.isEmpty() || Files.exists(Paths.get("/proc", process));
+            String process = new String(Files.readAllBytes(owner), StandardCharsets.US_ASCII);
+            return !process.equals(NOBODY) && Files.exists(Paths.get("/proc", process));
         } catch (NoSuchFileException e) {
-            return false;
+            return true;
         }
     }
 

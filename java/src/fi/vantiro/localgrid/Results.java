@@ -110,7 +110,9 @@ public final class Results {
         downloaded.put(job, target);
     }
 
-    /** Unpacks what was downloaded, each archive into a directory of its own; the number of files. */
+    /**
+     * Unpacks what was downloaded, each archive into a directory of its own; the number of files.
+     */
     public synchronized int unzip() throws GridException, IOException {
         if (downloaded.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "nothing was downloaded yet");

@@ -44,7 +44,8 @@ public final class Settings {
 
     private Settings(Properties values) throws GridException {
         checkKeys(values);
-        home = Arguments.path(text(values, HOME, System.getProperty("user.home") + "/.vantiro-grid"));
+        home = Arguments.path(
+                text(values, HOME, System.getProperty("user.home") + "/.vantiro-grid"));
         login = text(values, LOGIN, System.getProperty("user.name"));
         tempDir = Arguments.path(text(values, TEMP_DIR, System.getProperty("java.io.tmpdir")));
         if (!Files.isDirectory(tempDir)) {
@@ -73,14 +74,16 @@ public final class Settings {
         return Files.exists(Arguments.path(DEFAULT_FILE)) ? load(DEFAULT_FILE, null) : defaults();
     }
 
-    /** The settings of a file; a file with a password wants the same one, null when none is known. */
+    /**
+     * The settings of a file; a file with a password wants the same one, null when none is known.
+     */
     public static Settings load(String file, String password) throws GridException {
         return new Settings(unlocked(read(file), password));
     }
 
     /**
-     * Single values laid over those of a further file; null or "" leaves a value as it is there, and
-     * so does 0 for a number.
+     * Single values laid over those of a further file; null or "" leaves a value as it is there,
+     * and so does 0 for a number.
      */
     public static Settings of(Map<String, String> values, String furtherFile, String password)
             throws GridException {
@@ -102,8 +105,9 @@ public final class Settings {
         try (Reader reader = Files.newBufferedReader(path, StandardCharsets.UTF_8)) {
             values.load(reader);
         } catch (IOException | IllegalArgumentException e) {
-            String reason = e instanceof IOException ? GridException.of((IOException) e).getMessage()
-                                                     : e.getMessage();
+            String reason = e instanceof IOException
+                    ? GridException.of((IOException) e).getMessage()
+                    : e.getMessage();
             throw new GridException(
                     Status.BAD_SETTINGS, "cannot read settings file " + path + ": " + reason);
         }

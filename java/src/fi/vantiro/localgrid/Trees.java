@@ -1,6 +1,7 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
+import java.nio.file.AccessDeniedException;
 import java.nio.file.FileVisitResult;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
@@ -10,7 +11,7 @@ import java.nio.file.SimpleFileVisitor;
 import java.nio.file.StandardCopyOption;
 import java.nio.file.attribute.BasicFileAttributes;
 import java.nio.file.attribute.PosixFilePermission;
-import java.util.EnumSet;
+import java.util.Arrays;
 import java.util.Set;
 
 /** Operations on files and directory trees. */
@@ -26,11 +27,14 @@ final class Trees {
             @Override
             public FileVisitResult preVisitDirectory(Path dir, BasicFileAttributes attributes)
                     throws IOException {
-                if (!Files.isWritable(dir) || !Files.isExecutable(dir)) {
+                try {
                     addPermissions(dir, PosixFilePermission.OWNER_WRITE,
                             PosixFilePermission.OWNER_EXECUTE);
+                    return FileVisitResult.CONTINUE;
+                } catch (NoSuchFileException e) {
+                    // Somebody else deletes the tree at the same time.
+                    return FileVisitResult.SKIP_SUBTREE;
                 }
-                return FileVisitResult.CONTINUE;
             }
 
             @Override
@@ -44,6 +48,13 @@ final class Trees {
             public FileVisitResult visitFileFailed(Path file, IOException failure)
                     throws IOException {
                 if (failure instanceof NoSuchFileException) {
+                    return FileVisitResult.CONTINUE;
+                }
+                // A directory whose owner may not read it can be made readable and tried again.
+                if (failure instanceof AccessDeniedException
+                        && addPermissions(file, PosixFilePermission.OWNER_READ,
+                                PosixFilePermission.OWNER_EXECUTE)) {
+                    delete(file);
                     return FileVisitResult.CONTINUE;
                 }
                 throw failure;
@@ -77,13 +88,14 @@ final class Trees {
                 PosixFilePermission.OTHERS_EXECUTE);
     }
 
-    private static void addPermissions(Path path, PosixFilePermission... permissions)
+    /** Whether the path did not have them all before. */
+    private static boolean addPermissions(Path path, PosixFilePermission... permissions)
             throws IOException {
-        Set<PosixFilePermission> all = EnumSet.noneOf(PosixFilePermission.class);
-        all.addAll(Files.getPosixFilePermissions(path));
-        for (PosixFilePermission permission : permissions) {
-            all.add(permission);
+        Set<PosixFilePermission> all = Files.getPosixFilePermissions(path);
+        boolean added = all.addAll(Arrays.asList(permissions));
+        if (added) {
+            Files.setPosixFilePermissions(path, all);
         }
-        Files.setPosixFilePermissions(path, all);
+        return added;
     }
 }

@@ -57,12 +57,14 @@ final class WorkDirectory {
 
     /** The relative names of the files that fit a pattern, in order, and the two streams. */
     Collection<String> listedFiles(Collection<String> patterns) throws IOException {
-        Collection<PathMatcher> matchers = patterns.stream()
-                .map(pattern -> FileSystems.getDefault().getPathMatcher("glob:" + pattern))
-                .collect(Collectors.toList());
-        Predicate<String> listed = name -> name.equals(STDOUT) || name.equals(STDERR)
-                || matchers.stream().anyMatch(matcher
-                        -> matcher.matches(FileSystems.getDefault().getPath(name)));
+        Collection<PathMatcher> matchers =
+                patterns.stream()
+                        .map(pattern -> FileSystems.getDefault().getPathMatcher("glob:" + pattern))
+                        .collect(Collectors.toList());
+        Predicate<String> listed = name
+                -> name.equals(STDOUT) || name.equals(STDERR)
+                || matchers.stream().anyMatch(
+                        matcher -> matcher.matches(FileSystems.getDefault().getPath(name)));
         return files().keySet().stream().filter(listed).collect(
                 Collectors.toCollection(TreeSet::new));
     }
@@ -86,8 +88,9 @@ final class WorkDirectory {
             @Override
             public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
                 if (Files.isRegularFile(file)) {
-                    found.put(root.relativize(file).toString(), attributes.fileKey() + " "
-                            + attributes.size() + " " + attributes.lastModifiedTime());
+                    found.put(root.relativize(file).toString(),
+                            attributes.fileKey() + " " + attributes.size() + " "
+                                    + attributes.lastModifiedTime());
                 }
                 return FileVisitResult.CONTINUE;
             }

@@ -17,8 +17,9 @@ import java.util.List;
 import java.util.Map;
 
 /**
- * The operations of the grid by the handles of sessions, projects and parallel-each runs. A negative
- * result is a failure whose text getLastErrorMessage holds; an unknown handle is an exception.
+ * The operations of the grid by the handles of sessions, projects and parallel-each runs. A
+ * negative result is a failure whose text getLastErrorMessage holds; an unknown handle is an
+ * exception.
  */
 public final class ManagementImpl {
     private final LastError errors = new LastError();
@@ -276,7 +277,7 @@ public final class ManagementImpl {
 
     /** Sets "key=value" parameters. */
     public int setProjectParams(int project, String[] params) {
-        grid.project(project).putParams(Arguments.items(params));
+        grid.project(project).info().putParams(Arguments.items(params));
         return Status.OK.code();
     }
 
@@ -347,28 +348,28 @@ public final class ManagementImpl {
 
     /** The id that jobs see of the project. */
     public int getProjectId(int project) {
-        return grid.project(project).id();
+        return grid.project(project).info().id();
     }
 
     /** Sets the id that jobs see of the project. */
     public int setProjectId(int project, int id) {
-        grid.project(project).setId(id);
+        grid.project(project).info().setId(id);
         return Status.OK.code();
     }
 
     /** The number of the project's parameters. */
     public int getProjectParamCount(int project) {
-        return grid.project(project).params().size();
+        return grid.project(project).info().params().size();
     }
 
     /** The name of a parameter by its position from 0. */
     public String getProjectParamName(int project, int index) {
-        return new ArrayList<>(grid.project(project).params().keySet()).get(index);
+        return new ArrayList<>(grid.project(project).info().params().keySet()).get(index);
     }
 
     /** The value of a parameter, null when it is not set. */
     public String getProjectParamValue(int project, String name) {
-        return grid.project(project).params().get(Arguments.required(name, "the name"));
+        return grid.project(project).info().params().get(Arguments.required(name, "the name"));
     }
 
     /** One line about the project. */

@@ -169,7 +169,9 @@ public final class PeachWrapper {
         set(handle, PeachKey.EXE_SKIP_DIGEST, String.valueOf(on));
     }
 
-    /** Adds a file of the executable: its name for jobs, its platform and octal mode may be empty. */
+    /**
+     * Adds a file of the executable: its name for jobs, its platform and octal mode may be empty.
+     */
     public void addExeFile(int handle, String file, String target, String platform, String mode) {
         set(handle, PeachKey.EXE_FILE, file, target, platform, mode);
     }
@@ -243,7 +245,7 @@ public final class PeachWrapper {
     public void addJobFileWithDir(int handle, String directory, String[] files) {
         Arguments.list(files, "files");
         set(handle, PeachKey.JOB_FILE_WITH_DIR,
-                Stream.concat(Stream.of(directory), Stream.of(files)).toArray(String[]::new));
+                Stream.concat(Stream.of(directory), Stream.of(files)).toArray(String[] ::new));
     }
 
     /** Adds a variable about the job files. */

@@ -1,0 +1,75 @@
+package fi.vantiro.localgrid;
+
+import java.util.ArrayList;
+import java.util.LinkedHashMap;
+import java.util.List;
+import java.util.Map;
+import java.util.function.Consumer;
+import java.util.stream.Collectors;
+
+/** The jobs of a project and how many are in each state; the project guards it. */
+final class JobList {
+    private static final int FAILURES_TOLD = 10;
+
+    private final List<Job> jobs = new ArrayList<>();
+    private final int[] counts = new int[Job.State.values().length];
+
+    Job add(List<String> command) {
+        Job job = new Job(jobs.size() + 1, command);
+        jobs.add(job);
+        counts[job.state.ordinal()]++;
+        return job;
+    }
+
+    int size() {
+        return jobs.size();
+    }
+
+    /** The job of that number, which must exist. */
+    Job get(long number) {
+        if (number < 1 || number > jobs.size()) {
+            throw new IllegalArgumentException("there is no job " + number);
+        }
+        return jobs.get((int) number - 1);
+    }
+
+    void forEach(Consumer<Job> action) {
+        jobs.forEach(action);
+    }
+
+    void move(Job job, Job.State state) {
+        counts[job.state.ordinal()]--;
+        counts[state.ordinal()]++;
+        job.state = state;
+    }
+
+    int count(Job.State state) {
+        return counts[state.ordinal()];
+    }
+
+    int ended() {
+        return jobs.size() - count(Job.State.WAITING) - count(Job.State.RUNNING);
+    }
+
+    /** The number of jobs in all and in each state. */
+    Map<String, Long> statistics() {
+        Map<String, Long> values = new LinkedHashMap<>();
+        values.put("jobs", (long) jobs.size());
+        values.put("waiting", (long) count(Job.State.WAITING));
+        values.put("running", (long) count(Job.State.RUNNING));
+        values.put("completed", (long) count(Job.State.COMPLETED));
+        values.put("failed", (long) count(Job.State.FAILED));
+        return values;
+    }
+
+    /** The failures of the jobs, a line or more each. */
+    String failures() {
+        String told = jobs.stream()
+                              .filter(job -> job.failure != null)
+                              .limit(FAILURES_TOLD)
+                              .map(job -> job.failure)
+                              .collect(Collectors.joining("\n"));
+        int untold = count(Job.State.FAILED) - FAILURES_TOLD;
+        return untold > 0 ? told + "\nand " + untold + " more jobs failed" : told;
+    }
+}
