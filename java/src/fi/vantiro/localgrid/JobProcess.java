@@ -28,6 +28,8 @@ final class JobProcess {
     private static final String MARK = "VANTIRO_WORKDIR";
     private static final int POLL_MS = 20;
     private static final Set<JobProcess> RUNNING = ConcurrentHashMap.newKeySet();
+    /** Set before the running jobs are killed, which makes room for waiting ones to start. */
+    private static volatile boolean ending;
 
     static {
         Runtime.getRuntime().addShutdownHook(new Thread(JobProcess::killAll));
@@ -61,22 +63,27 @@ final class JobProcess {
      */
     int run(BlockingQueue<String> input, Consumer<String> lines, int timeoutSeconds)
             throws GridException, IOException, InterruptedException {
-        synchronized (this) {
-            if (killed) {
-                throw new GridException(Status.STOPPED, "stopped before it was started");
-            }
-            process = ProcessStarts.start(builder);
-        }
         RUNNING.add(this);
-        Thread feeder = GridThreads.start("vantiro-input", () -> feed(input));
         try {
-            return lines == null ? await(timeoutSeconds, null)
-                                 : awaitWithLines(timeoutSeconds, lines);
+            start();
+            Thread feeder = GridThreads.start("vantiro-input", () -> feed(input));
+            try {
+                return lines == null ? await(timeoutSeconds, null)
+                                     : awaitWithLines(timeoutSeconds, lines);
+            } finally {
+                killProcesses();
+                feeder.interrupt();
+            }
         } finally {
-            killProcesses();
             RUNNING.remove(this);
-            feeder.interrupt();
         }
+    }
+
+    private synchronized void start() throws GridException, IOException {
+        if (killed || ending) {
+            throw new GridException(Status.STOPPED, "stopped before it was started");
+        }
+        process = ProcessStarts.start(builder);
     }
 
     private int awaitWithLines(int timeoutSeconds, Consumer<String> lines)
@@ -132,6 +139,7 @@ final class JobProcess {
 
     /** Jobs do not outlive the Java virtual machine that looks after them. */
     private static void killAll() {
+        ending = true;
         for (JobProcess job : RUNNING) {
             try {
                 job.kill();
