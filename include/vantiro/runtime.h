@@ -31,14 +31,17 @@ extern "C" {
  * and `-Dcom.sun.management.jmxremote`; further options can be given in the environment variable
  * `JAVA_TOOL_OPTIONS`.
  *
+ * When the runtime is started already, the runtime library and the management class are looked up
+ * again, and only the thread that started the runtime may call it.
+ *
  * @retval VANTIRO_OK  the runtime is started
  * @retval VANTIRO_ERROR_RUNTIME_NOT_FOUND  the runtime library could not be loaded or is none; the
  *         loader's own words are on standard output
  * @retval VANTIRO_ERROR_NOT_INITIALIZED  the machine could not be created or joined, or there was
  *         no memory for its options
- * @retval VANTIRO_ERROR_METHOD_NOT_FOUND  the machine has no class `fi/vantiro/user/ManagementImpl`:
- *         `vantiro.jar` is missing or is not what it should be. A machine that was created for the
- *         call is destroyed; one that was joined is left as it was.
+ * @retval VANTIRO_ERROR_METHOD_NOT_FOUND  the machine has no management class: `vantiro.jar` is
+ *         missing or is not what it should be. A machine that was created for the call is
+ *         destroyed; one that was joined is left as it was.
  */
 VANTIRO_API int vantiro_initJava(void);
 

@@ -16,26 +16,38 @@ extern "C" {
  * included, comes from the Java library, which describes it; ask vantiro_describeStatusCode().
  */
 enum vantiro_status {
-  VANTIRO_OK = 0,                           /**< "OK" */
-  VANTIRO_ERROR_NOT_INITIALIZED = -11,      /**< "Java is not initialized" */
-  VANTIRO_ERROR_METHOD_NOT_FOUND = -12,     /**< "Java method could not be found" */
-  VANTIRO_ERROR_UNCAUGHT_EXCEPTION = -13,   /**< "Uncaught exception thrown from Java" */
-  VANTIRO_ERROR_CONSTRUCTOR_MISSING = -14,  /**< "Unable to find the constructor of Management
-                                                 Interface" */
-  VANTIRO_ERROR_INITIALIZER_MISSING = -15,  /**< "Unable to find the initializer of Management
-                                                 Interface" */
-  VANTIRO_ERROR_INITIALIZATION = -16,       /**< "Unable to initialize Management Interface" */
-  VANTIRO_ERROR_UNKNOWN = -17,              /**< "Unknown error"; described only */
-  VANTIRO_ERROR_JAVA_NOT_FOUND = -18,       /**< "Unable to find Java"; described only */
-  VANTIRO_ERROR_JAVA_VERSION = -19,         /**< "Unable to find Java version"; described only */
-  VANTIRO_ERROR_JAVA_KEYPATH = -20,         /**< "Unable to find Java keypath"; described only */
-  VANTIRO_ERROR_RUNTIME_LOCATION = -21,     /**< "Unable to find Java runtime library location";
-                                                 described only */
-  VANTIRO_ERROR_RUNTIME_NOT_FOUND = -22,    /**< "Unable to find Java runtime library" */
-  VANTIRO_ERROR_BUFFER_TOO_SMALL = -23,     /**< "String buffer is too small." */
-  VANTIRO_ERROR_INDEX_OUT_OF_BOUNDS = -24,  /**< "File index is out of bounds." */
-  VANTIRO_ERROR_INVALID_VARIANT = -25       /**< "VARIANT type is invalid, BSTR expected.";
-                                                 described only */
+  /** "OK" */
+  VANTIRO_OK = 0,
+  /** "Java is not initialized" */
+  VANTIRO_ERROR_NOT_INITIALIZED = -11,
+  /** "Java method could not be found" */
+  VANTIRO_ERROR_METHOD_NOT_FOUND = -12,
+  /** "Uncaught exception thrown from Java" */
+  VANTIRO_ERROR_UNCAUGHT_EXCEPTION = -13,
+  /** "Unable to find the constructor of Management Interface" */
+  VANTIRO_ERROR_CONSTRUCTOR_MISSING = -14,
+  /** "Unable to find the initializer of Management Interface" */
+  VANTIRO_ERROR_INITIALIZER_MISSING = -15,
+  /** "Unable to initialize Management Interface" */
+  VANTIRO_ERROR_INITIALIZATION = -16,
+  /** "Unknown error"; described only */
+  VANTIRO_ERROR_UNKNOWN = -17,
+  /** "Unable to find Java"; described only */
+  VANTIRO_ERROR_JAVA_NOT_FOUND = -18,
+  /** "Unable to find Java version"; described only */
+  VANTIRO_ERROR_JAVA_VERSION = -19,
+  /** "Unable to find Java keypath"; described only */
+  VANTIRO_ERROR_JAVA_KEYPATH = -20,
+  /** "Unable to find Java runtime library location"; described only */
+  VANTIRO_ERROR_RUNTIME_LOCATION = -21,
+  /** "Unable to find Java runtime library" */
+  VANTIRO_ERROR_RUNTIME_NOT_FOUND = -22,
+  /** "String buffer is too small." */
+  VANTIRO_ERROR_BUFFER_TOO_SMALL = -23,
+  /** "File index is out of bounds." */
+  VANTIRO_ERROR_INDEX_OUT_OF_BOUNDS = -24,
+  /** "VARIANT type is invalid, BSTR expected."; described only */
+  VANTIRO_ERROR_INVALID_VARIANT = -25
 };
 
 /**

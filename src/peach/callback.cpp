@@ -39,6 +39,8 @@ int vantiro_peach_setIntermediateResultHandler(int handle, void (*callback)(cons
   JNIEnv *const jni = enter(target);
   if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
 
+  // What an earlier look-up left pending must not be taken for a failure of the registration.
+  jni->ExceptionClear();
   const jclass caller = jni->FindClass("fi/vantiro/user/NativeFunctionCaller");
   if (!caller) {
     threw(jni);

@@ -29,8 +29,9 @@ int fetch_peach_object(JNIEnv *jni, Target management) {
     threw(jni);
     return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
   }
-  pwobj = share(jni, PeachWrapper::call(jni, management.object, method));
-  return threw(jni) || !pwobj ? VANTIRO_ERROR_UNCAUGHT_EXCEPTION : VANTIRO_OK;
+  const jobject wrapper = PeachWrapper::call(jni, management.object, method);
+  pwobj = threw(jni) ? nullptr : share(jni, wrapper);
+  return pwobj ? VANTIRO_OK : VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
 }
 
 }  // namespace
