@@ -1,0 +1,197 @@
+// Where the Java runtime library is looked for. No runtime is loaded.
+#include <sys/stat.h>
+
+#include <vector>
+
+#include "host/discovery.h"
+#include "support.h"
+
+namespace {
+
+class Discovery : public testing::Test {
+ protected:
+  Discovery() {
+    unsetenv("JAVA_HOME");
+    unsetenv("PATH");
+    std::filesystem::current_path(tree.path());
+  }
+
+  std::string find(const std::string &directory) {
+    vantiro::find_runtime(directory, buffer);
+    return found();
+  }
+  std::string find() { return find(tree.path()); }
+
+  // Looks on PATH only. What was tried last is told for a search without success.
+  std::string search(const std::string &value) {
+    setenv("PATH", value.c_str(), 1);
+    const int result = vantiro_findJavaInPath(buffer);
+    EXPECT_EQ(getenv("PATH"), value);
+    return result == 0 ? found() : "-1 " + found();
+  }
+
+  std::string found() const {
+    EXPECT_EQ(std::string(buffer + vantiro::path_capacity, 16), std::string(16, '#'));
+    return buffer;
+  }
+
+  Tree tree;
+  char buffer[vantiro::path_capacity + 17] = "";
+
+ private:
+  void SetUp() override { std::string(17, '#').copy(buffer + vantiro::path_capacity, 17); }
+};
+
+// Removes one location after the other: each must have been in front of all that remain.
+template <typename Find>
+void expect_order(const Tree &tree, const std::vector<std::string> &locations, Find find) {
+  for (const std::string &location : locations) tree.file(location);
+  for (const std::string &location : locations) {
+    EXPECT_EQ(find(), tree.path(location));
+    tree.remove(location);
+  }
+}
+
+TEST_F(Discovery, SplitsTheLinesOfTheConfiguration) {
+  const std::string nothing = "libjvm.so";
+  const std::vector<std::pair<std::string, std::string>> cases = {
+      {"JVMPATH=/x", "/x"},
+      {"JVMPATH=/no/such/lib.so\r\nJVMPATH=/y\r\n", "/no/such/lib.so"},
+      {"JVMPATH==/x\n", "/x"},
+      {"=JVMPATH=/x\n", "/x"},
+      {"JVMPATH=/a=b\n", "/a"},
+      {"JVMPATH= /x \n", " /x "},
+      {"JVMPATH = /x\n", nothing},
+      {"jvmpath=/x\nJVMPATHS=/x\n#JVMPATH=/x\nJVMPAT=/x\nKEY=JVMPATH=/x\n", nothing},
+      {"JVMPATH\nJVMPATH=\nJVMPATH=\r\n\n\nother\nJVMPATH=/x\n", "/x"},
+      {"", nothing},
+      {"\n", nothing},
+  };
+  for (const auto &[text, expected] : cases) {
+    tree.file("VantiroDLL.conf", text);
+    EXPECT_EQ(find(), expected) << text;
+  }
+}
+
+TEST_F(Discovery, ReadsLongLinesInPieces) {
+  tree.file("VantiroDLL.conf", std::string(4095, 'x') + "JVMPATH=/x\n");
+  EXPECT_EQ(find(), "/x");
+  tree.file("VantiroDLL.conf", std::string(4094, 'x') + "JVMPATH=/x\n");
+  EXPECT_EQ(find(), "libjvm.so");
+  const std::string longest(4095 - 8, 'v');
+  tree.file("VantiroDLL.conf", "JVMPATH=" + longest + "rest\n");
+  EXPECT_EQ(find(), longest);
+}
+
+TEST_F(Discovery, AsksItsSourcesInOrder) {
+  tree.file("conf/VantiroDLL.conf", "JVMPATH=/configured\n");
+  tree.file("home/lib/i386/client/libjvm.so");
+  tree.file("java/jre/bin/java");
+  tree.file("java/lib/i386/server/libjvm.so");
+  setenv("JAVA_HOME", tree.path("home").c_str(), 1);
+  setenv("PATH", tree.path("java/jre/bin").c_str(), 1);
+  EXPECT_EQ(find(tree.path("conf")), "/configured");
+  EXPECT_EQ(find(), tree.path("home/lib/i386/client/libjvm.so"));
+  setenv("JAVA_HOME", tree.path("none").c_str(), 1);
+  EXPECT_EQ(find(), tree.path("java/lib/i386/server/libjvm.so"));
+  unsetenv("JAVA_HOME");
+  EXPECT_EQ(find(), tree.path("java/lib/i386/server/libjvm.so"));
+  unsetenv("PATH");
+  EXPECT_EQ(find(), "libjvm.so");
+}
+
+TEST_F(Discovery, TriesJavaHomeInOrder) {
+  setenv("JAVA_HOME", tree.path().c_str(), 1);
+  expect_order(tree,
+               {"jre/lib/i386/server/libjvm.so", "jre/i386/client/libjvm.so",
+                "lib/i386/server/libjvm.so", "lib/i386/client/libjvm.so"},
+               [this] { return find(); });
+  tree.file("jre/lib/i386/client/libjvm.so");
+  EXPECT_EQ(find(), "libjvm.so");
+}
+
+TEST_F(Discovery, TriesBelowALauncherInOrder) {
+  tree.file("jre/bin/java");
+  expect_order(tree,
+               {"jre/lib/i386/client/libjvm.so", "jre/lib/i386/server/libjvm.so",
+                "lib/i386/client/libjvm.so", "lib/i386/server/libjvm.so"},
+               [this] { return search(tree.path("jre/bin")); });
+  EXPECT_EQ(search(tree.path("jre/bin")), "-1 " + tree.path("lib/i386/server/libjvm.so"));
+}
+
+TEST_F(Discovery, PassesOverEntriesWithoutALauncher) {
+  tree.file("a/regular/bin/java");
+  std::filesystem::create_directories(tree.path("directory/java"));
+  std::filesystem::create_directories(tree.path("pipe"));
+  mkfifo(tree.path("pipe/java").c_str(), 0600);
+  tree.link("dangling/java", "nowhere");
+  tree.link("cycle/java", "other");
+  tree.link("cycle/other", "java");
+  tree.file("good/jre/bin/java");
+  tree.file("good/lib/i386/client/libjvm.so");
+  const std::string expected = "good/lib/i386/client/libjvm.so";
+  for (const char *entry : {"a/regular/bin", "directory", "pipe", "dangling", "cycle", "none"}) {
+    EXPECT_EQ(search(tree.path(entry) + ":" + tree.path("good/jre/bin")), tree.path(expected));
+  }
+  EXPECT_EQ(search("::good/jre/bin:"), expected) << "relative, among empty entries";
+}
+
+TEST_F(Discovery, FindsNothingWithoutEntries) {
+  tree.file("java");
+  tree.file("lib/i386/client/libjvm.so");
+  EXPECT_EQ(vantiro_findJavaInPath(buffer), -1);
+  EXPECT_EQ(search(""), "-1 ");
+  EXPECT_EQ(search(":::"), "-1 ") << "an empty entry is not the current directory";
+  EXPECT_EQ(vantiro_findJavaInPath(nullptr), -1);
+}
+
+TEST_F(Discovery, FollowsLinksFromTheCurrentDirectory) {
+  tree.file("j6/jre/bin/java");
+  tree.file("j6/jre/lib/i386/client/libjvm.so");
+  tree.link("alternatives/java", tree.path("j6/jre/bin/java"));
+  tree.link("bin/java", tree.path("alternatives/java"));
+  EXPECT_EQ(search(tree.path("bin")), tree.path("j6/jre/lib/i386/client/libjvm.so"));
+
+  // The kernel takes the target relative to the link's directory, and must find something too.
+  tree.link("here/java", "j6/jre/bin/java");
+  EXPECT_EQ(search(tree.path("here")), "-1 " + tree.path("here/java"));
+  tree.file("here/j6/jre/bin/java");
+  EXPECT_EQ(search(tree.path("here")), "j6/jre/lib/i386/client/libjvm.so");
+}
+
+TEST_F(Discovery, LeavesACircleThatTheKernelDoesNotSee) {
+  tree.link("start/java", tree.path("p"));
+  tree.link("p", "d/q");
+  tree.link("d/q", "p");
+  tree.file("d/p");
+  tree.file("jre/bin/java");
+  tree.file("lib/i386/client/libjvm.so");
+  EXPECT_EQ(search(tree.path("start") + ":" + tree.path("jre/bin")),
+            tree.path("lib/i386/client/libjvm.so"));
+}
+
+TEST_F(Discovery, TakesPathsThatJustFitAndPassesOverLongerOnes) {
+  tree.file("VantiroDLL.conf", "JVMPATH=/configured\n");
+  EXPECT_EQ(find(tree.path_of_length(4079)), "/configured");
+  EXPECT_EQ(find(tree.path_of_length(4080)), "libjvm.so");
+
+  tree.file("jre/lib/i386/server/libjvm.so");
+  tree.file("lib/i386/server/libjvm.so");
+  setenv("JAVA_HOME", tree.path_of_length(4065).c_str(), 1);
+  EXPECT_EQ(find("/none"), tree.path_of_length(4065) + "/jre/lib/i386/server/libjvm.so");
+  setenv("JAVA_HOME", tree.path_of_length(4066).c_str(), 1);
+  EXPECT_EQ(find("/none"), tree.path_of_length(4066) + "/lib/i386/server/libjvm.so");
+  unsetenv("JAVA_HOME");
+
+  tree.file("jre/bin/java");
+  const std::string found = tree.path("jre/lib/i386/server/libjvm.so");
+  EXPECT_EQ(search(tree.path_of_length(4090, "/jre/bin")), found);
+  buffer[0] = '\0';
+  EXPECT_EQ(search(tree.path_of_length(4091, "/jre/bin")), "-1 ");
+  EXPECT_EQ(search(std::string(100000, 'x')), "-1 ");
+  // The system makes no longer link.
+  tree.link("long/java", tree.path_of_length(4095, "/jre/bin/java"));
+  EXPECT_EQ(search(tree.path("long")), found);
+}
+
+}  // namespace

@@ -1,0 +1,62 @@
+// What the tests of the local grid share: a grid in a directory of its own, and strings without
+// buffers.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <vantiro.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace fs = std::filesystem;
+
+// The string that `call(buffer, size)` delivers, or its status in angle brackets.
+template <typename Call>
+std::string text_of(Call call) {
+  char buffer[4096];
+  unsigned int size = sizeof buffer;
+  const int status = call(buffer, &size);
+  if (status != VANTIRO_OK) return "<" + std::to_string(status) + ">";
+  return size == 0 ? "<null>" : buffer;
+}
+
+inline std::string last_error() {
+  return text_of([](char *b, unsigned int *s) { return vantiro_getLastErrorMessage(b, s); });
+}
+
+inline std::string read(const fs::path &file) {
+  std::stringstream text;
+  text << std::ifstream(file).rdbuf();
+  return text.str();
+}
+
+inline bool contains(const std::string &text, const std::string &part) {
+  return text.find(part) != std::string::npos;
+}
+
+class GridTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    fs::remove_all(scratch);
+    fs::create_directories(scratch);
+    write("settings", "grid.home=" + scratch + "/home\n");
+    ASSERT_EQ(vantiro_initFile(path("settings").c_str()), 0) << last_error();
+  }
+  void TearDown() override {
+    vantiro_unload(1);
+    fs::remove_all(scratch);
+  }
+
+  std::string path(const std::string &name) const { return scratch + "/" + name; }
+
+  std::string write(const std::string &name, const std::string &text) const {
+    fs::create_directories(fs::path(path(name)).parent_path());
+    std::ofstream(path(name)) << text;
+    return path(name);
+  }
+
+  const std::string scratch =
+      testing::TempDir() + "grid-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+};

@@ -1,0 +1,66 @@
+#!/usr/bin/env python3
+"""Compares what the headers declare, what the version script lists and what the library exports,
+and looks at how the library is bound to the system.
+
+exports.py PROJECT LIBRARY [ELF-CLASS MACHINE]
+"""
+import pathlib
+import re
+import subprocess
+import sys
+
+project, library, kind = pathlib.Path(sys.argv[1]), sys.argv[2], sys.argv[3:]
+faults = []
+
+
+def run(*command):
+    return subprocess.run(command, check=True, text=True, capture_output=True).stdout
+
+
+def compare(what, names, others):
+    for name in sorted(names ^ others):
+        faults.append(f"{what}: {name} is {'missing' if name in others else 'too much'}")
+
+
+def declared():
+    names = set()
+    for header in (project / "include").rglob("*.h"):
+        text = re.sub(r"/\*.*?\*/|^#.*?$", "", header.read_text(), flags=re.S | re.M)
+        for declaration in re.findall(r"VANTIRO_API([^;]*);", text):
+            name = re.match(r"[\s\w*]*\(\*(\w+)\)|[\s\w*]*?(\w+)(?:\(|$)", declaration)
+            names.add(name[1] or name[2])
+    return names
+
+
+def listed():
+    script = re.sub(r"/\*.*?\*/", "", (project / "src/exports.map").read_text(), flags=re.S)
+    return set(re.findall(r"(\w+);", script.split("local:")[0]))
+
+
+def exported():
+    lines = run("nm", "-D", "--defined-only", library).splitlines()
+    return {line.split()[-1] for line in lines}
+
+
+header = declared()
+if len(header) < 150:
+    faults.append(f"only {len(header)} declarations were found in the headers")
+compare("exports.map against the headers", listed(), header)
+compare("the library against the headers", exported(), header)
+
+dynamic = run("readelf", "--dynamic", "--wide", library)
+if not re.search(r"SONAME.*\[libvantiro\.so\.\d+\]", dynamic):
+    faults.append("the SONAME has no version")
+for needed in re.findall(r"NEEDED.*\[(.*)\]", dynamic):
+    if not re.match(r"(libc\.so|ld-linux|lib[au]san\.so)", needed):
+        faults.append(f"the library needs {needed}")
+if re.search(r"TEXTREL|RPATH|RUNPATH", dynamic):
+    faults.append("the library has text relocations or a search path of its own")
+
+elf = run("readelf", "--file-header", library)
+for word in kind:
+    if word not in elf:
+        faults.append(f"the library is not of the kind {word}")
+
+print("\n".join(faults))
+sys.exit(bool(faults))

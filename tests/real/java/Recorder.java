@@ -1,0 +1,114 @@
+package fi.vantiro.recording;
+
+import fi.vantiro.user.IntermediateResultHandler;
+import java.lang.reflect.InvocationHandler;
+import java.lang.reflect.Proxy;
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.List;
+import java.util.stream.Collectors;
+
+/** Writes down each call that arrives in Java, and holds what the calls are to answer. */
+public final class Recorder {
+    private static final List<String> records = new ArrayList<>();
+    private static final List<IntermediateResultHandler> handlers = new ArrayList<>();
+    private static long number;
+    private static String text = "";
+    private static String failing;
+    private static Object lastObject;
+
+    private Recorder() {}
+
+    /** From now on every method returns the number, the text or, unless it is null, an object. */
+    public static synchronized void answer(long number, String text) {
+        Recorder.number = number;
+        Recorder.text = text;
+    }
+
+    /** From now on methods with this in their signature throw; none for null. */
+    public static synchronized void fail(String signature) {
+        failing = signature;
+    }
+
+    /** The calls since this was asked last, a line each. */
+    public static synchronized String take() {
+        String taken = String.join("\n", records);
+        records.clear();
+        return taken;
+    }
+
+    public static synchronized Object lastObject() {
+        return lastObject;
+    }
+
+    /** Gives the text to the registered handlers in turn, from that many threads at once. */
+    public static void deliver(String text, int threads, int times) throws InterruptedException {
+        List<Thread> started = new ArrayList<>();
+        for (int i = 0; i < threads; i++) {
+            IntermediateResultHandler handler = handlers.get(i % handlers.size());
+            started.add(new Thread(() -> {
+                for (int time = 0; time < times; time++) handler.handle(text);
+            }));
+        }
+        for (Thread thread : started) thread.start();
+        for (Thread thread : started) thread.join();
+    }
+
+    /** A call has arrived; gives what it is to return. */
+    public static synchronized Object call(String signature, Class<?> result, Object... arguments)
+            throws ReflectiveOperationException {
+        StringBuilder record = new StringBuilder(signature);
+        for (Object argument : arguments) {
+            record.append(' ').append(written(argument));
+            if (argument instanceof IntermediateResultHandler) {
+                handlers.add((IntermediateResultHandler) argument);
+            }
+        }
+        records.add(record.toString());
+        if (failing != null && signature.contains(failing)) {
+            throw new IllegalStateException("scripted failure");
+        }
+        if (result == int.class)
+            return (int) number;
+        if (result == long.class)
+            return number;
+        if (result == boolean.class)
+            return number != 0;
+        if (result == String.class)
+            return text;
+        lastObject = text == null ? null : objectOf(result);
+        return lastObject;
+    }
+
+    private static Object objectOf(Class<?> type) throws ReflectiveOperationException {
+        InvocationHandler nothing = (proxy, method, arguments) -> null;
+        if (type == void.class)
+            return null;
+        if (type == Class.class)
+            return Recorder.class;
+        if (!type.isInterface())
+            return type.getConstructor().newInstance();
+        return Proxy.newProxyInstance(type.getClassLoader(), new Class<?>[] {type}, nothing);
+    }
+
+    private static String written(Object argument) {
+        if (argument instanceof String[]) {
+            String[] list = (String[]) argument;
+            return Arrays.stream(list)
+                    .map(Recorder::written)
+                    .collect(Collectors.joining(" ", "[", "]"));
+        }
+        if (argument instanceof IntermediateResultHandler)
+            return "handler";
+        return argument instanceof String ? "'" + escaped((String) argument) + "'" : "" + argument;
+    }
+
+    /** Makes visible what a mistaken encoding would hide. */
+    private static String escaped(String text) {
+        StringBuilder ascii = new StringBuilder();
+        for (char c : text.toCharArray()) {
+            ascii.append(c > 0 && c < 128 ? "" + c : '<' + Integer.toHexString(c) + '>');
+        }
+        return ascii.toString();
+    }
+}
