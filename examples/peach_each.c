@@ -117,7 +117,7 @@ static int describe_run(const struct options *options) {
 }
 
 int main(int argc, char **argv) {
-  struct options options;
+  static struct options options;
   read_options(argc, argv, &options);
   if (options.count == 0) return EXIT_SUCCESS;
 

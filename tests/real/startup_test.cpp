@@ -61,7 +61,7 @@ TEST(Start, WithAConstructorThatThrowsKeepsItsMachine) {
 }
 
 std::string property(Library &library, const char *key) {
-  char buffer[200] = "";
+  char buffer[3 * 4096] = "";
   unsigned int size = sizeof buffer;
   EXPECT_EQ(library.call("vantiro_getJavaSystemProperty", key, static_cast<char *>(buffer), &size),
             VANTIRO_OK);
