@@ -4,6 +4,7 @@ set -euo pipefail
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 runtime=$root/build/runtime-i386
+benchmark=$root/build/benchmark-i386
 
 say() { printf '%s\n' "$*"; }
 

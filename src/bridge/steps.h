@@ -1,7 +1,10 @@
-// The steps that calls of every kind are made of.
+// The steps that calls of every kind are made of. They are inline: a call of its own for each would
+// be most of what the library adds to a call.
 #pragma once
 
 #include <jni.h>
+
+#include "host/host_state.h"
 
 namespace vantiro {
 
@@ -11,20 +14,37 @@ struct Target {
   jclass type;
 };
 
-Target management_object();
-Target peach_object();
-
-// Attaches the calling thread and gives its JNI environment; null when the machine refuses.
-JNIEnv *attach();
+inline Target management_object() {
+  return {sgc, cls};
+}
+inline Target peach_object() {
+  return {pwobj, pwcls};
+}
 
 // Whether the target is there and the runtime is started.
-bool ready(Target target);
+inline bool ready(Target target) {
+  return target.object && target.type && env;
+}
+
+// Attaches the calling thread and gives its JNI environment; null when the machine refuses.
+inline JNIEnv *attach() {
+  void *thread_env = nullptr;
+  jvm->AttachCurrentThread(&thread_env, nullptr);
+  return static_cast<JNIEnv *>(thread_env);
+}
 
 // Guard and attachment of a call: null when either fails.
-JNIEnv *enter(Target target);
+inline JNIEnv *enter(Target target) {
+  return ready(target) ? attach() : nullptr;
+}
 
 // Whether Java threw. The exception is described on standard error and cleared.
-bool threw(JNIEnv *jni);
+inline bool threw(JNIEnv *jni) {
+  if (!jni->ExceptionOccurred()) return false;
+  jni->ExceptionDescribe();
+  jni->ExceptionClear();
+  return true;
+}
 
 // Makes a reference live across threads; null stays null.
 template <typename Reference>
