@@ -34,8 +34,8 @@
  * always point to a valid value, `*size` is the capacity of `buffer` in bytes and is read before
  * anything else. When there is a string, `*size` is set to its length in bytes plus 1; when that
  * is more than the capacity the result is #VANTIRO_ERROR_BUFFER_TOO_SMALL and `buffer` is left as
- * it was, so a second call with a buffer of `*size` bytes succeeds. `buffer` may be null when the
- * capacity is 0.
+ * it was. A second call, which runs the Java method again, then wants a buffer of `*size` bytes.
+ * `buffer` may be null when the capacity is 0.
  *
  * When Java returns null instead of a string, each function follows the rule that its block names:
  * - empty on null: delivered as the empty string;
