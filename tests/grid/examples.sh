@@ -42,7 +42,7 @@ case $2 in
     expect err '^usage: pi'
     ;;
   pi_on_a_terminal)
-    run 0 script -qec "$examples/pi 20000" /dev/null
+    run 0 script -qec "'$examples/pi' 20000" /dev/null
     expect out '\[=+\] 16 of 16 jobs done   pi is about 3\.1'
     expect out 'samples +320000, from 16 jobs'
     ;;
