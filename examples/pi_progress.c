@@ -15,9 +15,7 @@ static long long samples_of_a_job;
 static int jobs_done;
 static int on_terminal;
 
-double pi_of(struct counts counts) {
-  return 4.0 * (double)counts.inside / (double)counts.samples;
-}
+double pi_of(struct counts counts) { return 4.0 * (double)counts.inside / (double)counts.samples; }
 
 double standard_error_of(struct counts counts) {
   const double share = (double)counts.inside / (double)counts.samples;

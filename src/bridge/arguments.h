@@ -18,17 +18,13 @@ template <>
 struct JavaType<jint> {
   static constexpr Text name{"I"};
 };
-inline jint to_java(JNIEnv *, jint value) {
-  return value;
-}
+inline jint to_java(JNIEnv *, jint value) { return value; }
 
 template <>
 struct JavaType<jboolean> {
   static constexpr Text name{"Z"};
 };
-inline jboolean to_java(JNIEnv *, jboolean flag) {
-  return flag;
-}
+inline jboolean to_java(JNIEnv *, jboolean flag) { return flag; }
 
 // A 32-bit parameter of a Java method that takes 64 bits; the sign is kept.
 struct Long {
@@ -38,9 +34,7 @@ template <>
 struct JavaType<Long> {
   static constexpr Text name{"J"};
 };
-inline jlong to_java(JNIEnv *, Long number) {
-  return number.value;
-}
+inline jlong to_java(JNIEnv *, Long number) { return number.value; }
 
 template <>
 struct JavaType<const char *> {
@@ -72,9 +66,7 @@ struct JavaType<PairedStringList> {
 };
 std::tuple<jobjectArray, jobjectArray> build_arrays(JNIEnv *jni, PairedStringList strings);
 
-inline jobjectArray to_java(JNIEnv *, jobjectArray array) {
-  return array;
-}
+inline jobjectArray to_java(JNIEnv *, jobjectArray array) { return array; }
 
 template <typename T>
 std::tuple<T> build_arrays(JNIEnv *, T argument) {

@@ -17,9 +17,7 @@ int vantiro_describeStatusCode(int code, char *buffer, unsigned int *size) {
   return call(out, "describeStatusCode", code);
 }
 
-int vantiro_getLastError(int value) {
-  return call(Int{}, "getLastError", value);
-}
+int vantiro_getLastError(int value) { return call(Int{}, "getLastError", value); }
 
 int vantiro_getLastErrorMessage(char *buffer, unsigned int *size) {
   const EmptyOnNull out(buffer, size);

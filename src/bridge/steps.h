@@ -14,17 +14,11 @@ struct Target {
   jclass type;
 };
 
-inline Target management_object() {
-  return {sgc, cls};
-}
-inline Target peach_object() {
-  return {pwobj, pwcls};
-}
+inline Target management_object() { return {sgc, cls}; }
+inline Target peach_object() { return {pwobj, pwcls}; }
 
 // Whether the target is there and the runtime is started.
-inline bool ready(Target target) {
-  return target.object && target.type && env;
-}
+inline bool ready(Target target) { return target.object && target.type && env; }
 
 // Attaches the calling thread and gives its JNI environment; null when the machine refuses.
 inline JNIEnv *attach() {
@@ -34,9 +28,7 @@ inline JNIEnv *attach() {
 }
 
 // Guard and attachment of a call: null when either fails.
-inline JNIEnv *enter(Target target) {
-  return ready(target) ? attach() : nullptr;
-}
+inline JNIEnv *enter(Target target) { return ready(target) ? attach() : nullptr; }
 
 // Whether Java threw. The exception is described on standard error and cleared.
 inline bool threw(JNIEnv *jni) {

@@ -3,9 +3,7 @@
 namespace vantiro {
 namespace {
 
-bool has_no_strings(int count, const char **list) {
-  return count < 0 || (count > 0 && !list);
-}
+bool has_no_strings(int count, const char **list) { return count < 0 || (count > 0 && !list); }
 
 // Every slot starts as the empty string. Null when there is nothing that Java could be given.
 jobjectArray make_array(JNIEnv *jni, int count, const char **list) {

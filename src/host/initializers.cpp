@@ -44,13 +44,9 @@ int initialize(const char *name, Arguments... arguments) {
 
 }  // namespace
 
-int vantiro_init(void) {
-  return initialize("initFile");
-}
+int vantiro_init(void) { return initialize("initFile"); }
 
-int vantiro_initFile(const char *file) {
-  return initialize("initFile", file);
-}
+int vantiro_initFile(const char *file) { return initialize("initFile", file); }
 
 int vantiro_initFileWithPassword(const char *file, const char *password) {
   return initialize("initFile", file, password);

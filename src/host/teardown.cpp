@@ -16,21 +16,13 @@ int unload(Flags... flags) {
 
 }  // namespace
 
-int vantiro_unload(unsigned char flag) {
-  return unload(flag);
-}
+int vantiro_unload(unsigned char flag) { return unload(flag); }
 
-int vantiro_unload2(unsigned char flag1, unsigned char flag2) {
-  return unload(flag1, flag2);
-}
+int vantiro_unload2(unsigned char flag1, unsigned char flag2) { return unload(flag1, flag2); }
 
-JNIEnv *vantiro_getJNIEnv(void) {
-  return env;
-}
+JNIEnv *vantiro_getJNIEnv(void) { return env; }
 
-JavaVM *vantiro_getJavaVM(void) {
-  return jvm;
-}
+JavaVM *vantiro_getJavaVM(void) { return jvm; }
 
 void vantiro_debug(void) {}
 

@@ -59,9 +59,7 @@ int vantiro_signJar(const char *first, const char *second) {
   return call(Int{}, "signJar", first, second);
 }
 
-int vantiro_uploadBundle(int handle) {
-  return call(Int{}, "uploadBundle", handle);
-}
+int vantiro_uploadBundle(int handle) { return call(Int{}, "uploadBundle", handle); }
 
 int vantiro_uploadBundleWithName(int handle, const char *text) {
   return call(Int{}, "uploadBundle", handle, text);
@@ -71,9 +69,7 @@ int vantiro_approveUploadedBundles(int handle) {
   return call(Int{}, "approveUploadedBundles", handle);
 }
 
-int vantiro_bundleExists(const char *text) {
-  return call(Boolean{}, "bundleExists", text);
-}
+int vantiro_bundleExists(const char *text) { return call(Boolean{}, "bundleExists", text); }
 
 int vantiro_bundleWithPrefixExists(const char *first, const char *second) {
   return call(Boolean{}, "bundleExists", first, second);
@@ -91,13 +87,9 @@ int vantiro_useBundleWithPrefix(int handle, const char *first, const char *secon
   return call(Int{}, "useBundle", handle, first, second);
 }
 
-int vantiro_getBundleId(int handle) {
-  return call(Int{}, "getBundleId", handle);
-}
+int vantiro_getBundleId(int handle) { return call(Int{}, "getBundleId", handle); }
 
-int vantiro_setBundleId(int handle, int value) {
-  return call(Int{}, "setBundleId", handle, value);
-}
+int vantiro_setBundleId(int handle, int value) { return call(Int{}, "setBundleId", handle, value); }
 
 int vantiro_getLastCreatedBundleName(int handle, char *buffer, unsigned int *size) {
   return call(NothingOnNull(buffer, size), "getLastCreatedBundleName", handle);

@@ -33,25 +33,15 @@ struct JavaType<Reference<jclass>> {
 using namespace vantiro;
 using management::call;
 
-int vantiro_open(void) {
-  return call(Int{}, "open");
-}
+int vantiro_open(void) { return call(Int{}, "open"); }
 
-int vantiro_close(int handle) {
-  return call(Int{}, "close", handle);
-}
+int vantiro_close(int handle) { return call(Int{}, "close", handle); }
 
-int vantiro_ready(int handle) {
-  return call(Int{}, "ready", handle);
-}
+int vantiro_ready(int handle) { return call(Int{}, "ready", handle); }
 
-int vantiro_cleanup(int handle, int value) {
-  return call(Int{}, "cleanup", handle, value);
-}
+int vantiro_cleanup(int handle, int value) { return call(Int{}, "cleanup", handle, value); }
 
-int vantiro_setLogLevel(const char *level) {
-  return call(Int{}, "setLogLevel", level);
-}
+int vantiro_setLogLevel(const char *level) { return call(Int{}, "setLogLevel", level); }
 
 // The one management call that leaves no exception pending when its method is missing.
 int vantiro_printStatistics(int handle) {

@@ -78,25 +78,15 @@ int vantiro_createCachedJob3(int project, int count, const char **list) {
   return vantiro_createCachedJob2(project, count, list);
 }
 
-int vantiro_flushCachedJobs(int project) {
-  return call(Int{}, "flushCachedJobs", project);
-}
+int vantiro_flushCachedJobs(int project) { return call(Int{}, "flushCachedJobs", project); }
 
-int vantiro_markAllJobsCreated(int project) {
-  return call(Int{}, "markAllJobsCreated", project);
-}
+int vantiro_markAllJobsCreated(int project) { return call(Int{}, "markAllJobsCreated", project); }
 
-int vantiro_startProject(int project) {
-  return call(Int{}, "startProject", project);
-}
+int vantiro_startProject(int project) { return call(Int{}, "startProject", project); }
 
-int vantiro_stopProject(int project) {
-  return call(Int{}, "stopProject", project);
-}
+int vantiro_stopProject(int project) { return call(Int{}, "stopProject", project); }
 
-int vantiro_removeProject(int project) {
-  return call(Int{}, "removeProject", project);
-}
+int vantiro_removeProject(int project) { return call(Int{}, "removeProject", project); }
 
 int vantiro_addUserClientsToProject(int project) {
   return call(Int{}, "addUserClientsToProject", project);
@@ -106,9 +96,7 @@ int vantiro_sendJobPostParameter(int project, int job, const char *text) {
   return call(Int{}, "sendJobPostParameter", project, Long{job}, text);
 }
 
-int vantiro_getProjectId(int project) {
-  return call(Int{}, "getProjectId", project);
-}
+int vantiro_getProjectId(int project) { return call(Int{}, "getProjectId", project); }
 
 int vantiro_setProjectId(int project, int value) {
   return call(Int{}, "setProjectId", project, value);

@@ -13,9 +13,7 @@ template <>
 struct JavaType<Handler> {
   static constexpr Text name{"Lfi/vantiro/user/IntermediateResultHandler;"};
 };
-inline jobject to_java(JNIEnv *, Handler handler) {
-  return handler.object;
-}
+inline jobject to_java(JNIEnv *, Handler handler) { return handler.object; }
 
 }  // namespace vantiro
 

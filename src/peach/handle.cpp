@@ -47,29 +47,19 @@ int vantiro_peach_handle(void) {
   return clear_then_test(jni, peach_object(), Int{}, "get");
 }
 
-int vantiro_peach_execute(int handle) {
-  return call(Int{}, "execute", handle);
-}
+int vantiro_peach_execute(int handle) { return call(Int{}, "execute", handle); }
 
 int vantiro_peach_postProcessed(int handle, int value) {
   return call(Void{}, "postProcessed", handle, value);
 }
 
-int vantiro_peach_done(int handle) {
-  return call(Void{}, "done", handle);
-}
+int vantiro_peach_done(int handle) { return call(Void{}, "done", handle); }
 
-int vantiro_peach_getProjectHandle(int handle) {
-  return call(Int{}, "getProjectHandle", handle);
-}
+int vantiro_peach_getProjectHandle(int handle) { return call(Int{}, "getProjectHandle", handle); }
 
-int vantiro_peach_getProjectId(int handle) {
-  return call(Int{}, "getProjectId", handle);
-}
+int vantiro_peach_getProjectId(int handle) { return call(Int{}, "getProjectId", handle); }
 
-int vantiro_peach_sourcesChanged(int handle) {
-  return call(Boolean{}, "sourcesChanged", handle);
-}
+int vantiro_peach_sourcesChanged(int handle) { return call(Boolean{}, "sourcesChanged", handle); }
 
 int vantiro_peach_getLastErrorMessage(int handle, char *buffer, unsigned int *size) {
   return call(NothingOnNull(buffer, size), "getLastErrorMessage", handle);

@@ -15,14 +15,10 @@ int vantiro_peach2(int count, const char **list) {
   return call(Int{}, "peach", StringList{count, list});
 }
 
-int vantiro_peach3(int count, const char **list) {
-  return vantiro_peach2(count, list);
-}
+int vantiro_peach3(int count, const char **list) { return vantiro_peach2(count, list); }
 
 int vantiro_peachNextFile(int handle, char *buffer, unsigned int *size) {
   return call(NothingOnNull(buffer, size), "peachNextFile", handle);
 }
 
-int vantiro_peachDone(int handle) {
-  return call(Void{}, "peachDone", handle);
-}
+int vantiro_peachDone(int handle) { return call(Void{}, "peachDone", handle); }

@@ -31,9 +31,7 @@ Reference &required(const Env &env, jobject object, const std::string &function)
   return *reference;
 }
 
-std::string short_name(const std::string &type) {
-  return type.substr(type.rfind('/') + 1);
-}
+std::string short_name(const std::string &type) { return type.substr(type.rfind('/') + 1); }
 
 std::string described(const Reference *reference) {
   if (!reference) return "null";

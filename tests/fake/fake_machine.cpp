@@ -60,9 +60,7 @@ Env *attach() {
   return thread_env();
 }
 
-void run_machine() {
-  runs = true;
-}
+void run_machine() { runs = true; }
 
 void stop_machine() {
   runs = false;

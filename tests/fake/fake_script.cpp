@@ -26,9 +26,7 @@ void die(const std::string &message) {
   std::abort();
 }
 
-void forbidden() {
-  die("a function was called that the library has no business with");
-}
+void forbidden() { die("a function was called that the library has no business with"); }
 
 void record(const std::string &line) {
   const std::scoped_lock lock(mutex);
@@ -71,30 +69,20 @@ void returns_text(const std::string &method, const std::string &text) {
   behaviours[method] = {.text = text};
 }
 
-void returns_null(const std::string &method) {
-  behaviours[method] = {.null = true, .text = {}};
-}
+void returns_null(const std::string &method) { behaviours[method] = {.null = true, .text = {}}; }
 
-void throws(const std::string &method) {
-  behaviours[method] = {.throws = true, .text = {}};
-}
+void throws(const std::string &method) { behaviours[method] = {.throws = true, .text = {}}; }
 
-void lacks(const std::string &what) {
-  missing.insert(what);
-}
+void lacks(const std::string &what) { missing.insert(what); }
 
-void fail(const std::string &function, int nth) {
-  countdowns[function] = nth;
-}
+void fail(const std::string &function, int nth) { countdowns[function] = nth; }
 
 void fail_any(int nth) {
   calls = 0;
   failing_call = nth;
 }
 
-int fallible_calls() {
-  return calls;
-}
+int fallible_calls() { return calls; }
 
 void behave() {
   behaviours.clear();
@@ -103,8 +91,6 @@ void behave() {
   fail_any(0);
 }
 
-std::string pending() {
-  return thread_env() ? thread_env()->pending : "";
-}
+std::string pending() { return thread_env() ? thread_env()->pending : ""; }
 
 }  // namespace fake

@@ -113,12 +113,8 @@ TEST_F(Peach, ClearsThenTestsThenConverts) {
 }
 
 std::vector<std::string> results;
-void keep(const char *text) {
-  results.push_back(text);
-}
-void keep_other(const char *text) {
-  results.push_back("other " + std::string(text));
-}
+void keep(const char *text) { results.push_back(text); }
+void keep_other(const char *text) { results.push_back("other " + std::string(text)); }
 
 class Callback : public Peach {
  protected:

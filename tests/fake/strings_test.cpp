@@ -20,12 +20,8 @@ void PrintTo(const Answer &answer, std::ostream *out) {
 
 const std::string untouched(60, '#');
 // What is written, and behind it what was there before.
-std::string written(const std::string &text) {
-  return text + untouched.substr(text.size());
-}
-std::string with_nul(const std::string &text) {
-  return written(text + '\0');
-}
+std::string written(const std::string &text) { return text + untouched.substr(text.size()); }
+std::string with_nul(const std::string &text) { return written(text + '\0'); }
 
 Answer ask(const Fill &fill, unsigned int capacity) {
   std::string buffer = untouched;

@@ -16,9 +16,7 @@ int vantiro_findJavaInPath(char *buffer) {
   return --calls;
 }
 
-int vantiro_initJava(void) {
-  return ++calls;
-}
+int vantiro_initJava(void) { return ++calls; }
 
 int main(void) {
   /* Java refuses the file, but is started for it. */

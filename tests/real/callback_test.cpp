@@ -21,9 +21,7 @@ void first(const char *text) {
   texts.insert(text);
 }
 
-void second(const char *) {
-  ++second_calls;
-}
+void second(const char *) { ++second_calls; }
 
 using Callback = InitializedJava;
 

@@ -20,13 +20,9 @@ bool Call::is(const char *function) const {
   return std::string(text).starts_with(std::string(function) + "(");
 }
 
-bool Call::is_indexed() const {
-  return std::strchr(record, '\n');
-}
+bool Call::is_indexed() const { return std::strchr(record, '\n'); }
 
-char Call::result() const {
-  return std::strchr(record, ')')[1];
-}
+char Call::result() const { return std::strchr(record, ')')[1]; }
 
 std::vector<Call> all_calls() {
   std::vector<Call> calls = peach_calls();

@@ -37,9 +37,7 @@ class MissingMethods : public testing::Test {
   }
 };
 
-TEST_F(MissingMethods, OfTheManagementObjectAreReported) {
-  expect_missing(management_calls());
-}
+TEST_F(MissingMethods, OfTheManagementObjectAreReported) { expect_missing(management_calls()); }
 
 TEST_F(MissingMethods, OfTheParallelEachObjectAreReported) {
   ASSERT_EQ(vantiro_peach_handle(), 0);

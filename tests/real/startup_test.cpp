@@ -82,13 +82,9 @@ void expect_own_machine(const std::string &stage, const char *kind) {
       folder + "/vantiro.jar:" + folder + "/commons-codec-1.3.jar:" + folder + "/xmlrpc-2.0.jar");
 }
 
-TEST(Start, CreatesTheServerMachine) {
-  expect_own_machine("recording", "Server");
-}
+TEST(Start, CreatesTheServerMachine) { expect_own_machine("recording", "Server"); }
 
-TEST(Start, CreatesTheClientMachine) {
-  expect_own_machine("client", "Client");
-}
+TEST(Start, CreatesTheClientMachine) { expect_own_machine("client", "Client"); }
 
 class Joining : public testing::Test {
  protected:
