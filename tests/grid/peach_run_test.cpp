@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <thread>
+#include <vector>
 
 #include "grid_test.h"
 
@@ -94,14 +95,15 @@ TEST_F(PeachRun, GivesEachJobItsFilesItsEnvironmentAndItsParameters) {
 }
 
 TEST_F(PeachRun, ReportsAFailedJobAndHandsOutTheOthersOnlyWhenAllowed) {
-  const char *command = "echo trouble >&2; touch made; [ $VANTIRO_JOB != 2 ]";
+  const char *command = "echo trouble $VANTIRO_PRIORITY >&2; touch made; [ $VANTIRO_JOB != 2 ]";
   for (const unsigned char allowed : {0, 1}) {
     const int run = new_run(command, 3);
     vantiro_peach_addOutputFile(run, "made");
+    vantiro_peach_setPriorityI(run, 7);
     vantiro_peach_setAllowPartial(run, allowed);
     EXPECT_EQ(vantiro_peach_execute(run), allowed ? 0 : -5);
     EXPECT_TRUE(contains(message(run), "job 2 of ")) << message(run);
-    EXPECT_TRUE(contains(message(run), "trouble")) << message(run);
+    EXPECT_TRUE(contains(message(run), "trouble 7")) << message(run);
     EXPECT_EQ(next_file(run), allowed ? path("state/job-1/made") : "<null>");
     EXPECT_EQ(vantiro_peach_execute(run), -4) << "a run is executed once";
     EXPECT_EQ(vantiro_peach_done(run), 0);
@@ -111,24 +113,42 @@ TEST_F(PeachRun, ReportsAFailedJobAndHandsOutTheOthersOnlyWhenAllowed) {
 
 TEST_F(PeachRun, KnowsWhetherItsSourcesAndInputsChanged) {
   const std::string source = write("source", "one");
-  const auto archived = [&](unsigned char skip_digest) {
+  using Skip = int (*)(int, unsigned char);
+  const std::pair<Skip, std::string> inputs[] = {{vantiro_peach_setExeSkipDigest, "exe-tool.jar"},
+                                                 {vantiro_peach_setDataSkipDigest, "data-1.jar"},
+                                                 {vantiro_peach_setJobSkipDigest, "job.jar"},
+                                                 {vantiro_peach_setParamSkipDigest, "param.jar"}};
+  // Whether the sources changed, and when the archive of each kind of input was written.
+  const auto execute = [&](Skip skip) {
     const int run = new_run("true", 1);
     vantiro_peach_addSourceFile(run, source.c_str());
     vantiro_peach_setExeBundleName(run, "tool");
-    vantiro_peach_addExeFile(run, source.c_str(), "", "", "");
-    vantiro_peach_setExeSkipDigest(run, skip_digest);
+    vantiro_peach_addExeFile(run, source.c_str(), "exe", "", "");
+    vantiro_peach_addDataFileWithDir(run, source.c_str(), "data");
+    vantiro_peach_addJobFileWithDir(run, "job", 1, source.c_str());
+    vantiro_peach_addParamFileWithTarget(run, source.c_str(), "param");
+    if (skip) skip(run, 1);
     const int changed = vantiro_peach_sourcesChanged(run);
     EXPECT_EQ(vantiro_peach_execute(run), 0) << message(run);
     vantiro_peach_done(run);
-    return std::pair(changed, fs::last_write_time(path("state/inputs/exe-tool.jar")));
+    std::vector<fs::file_time_type> times;
+    for (const auto &input : inputs) {
+      times.push_back(fs::last_write_time(path("state/inputs/" + input.second)));
+    }
+    return std::pair(changed, times);
   };
-  const auto first = archived(0);
-  const auto second = archived(0);
+  const auto first = execute(nullptr);
   EXPECT_EQ(first.first, 1);
-  EXPECT_EQ(second, std::pair(0, first.second)) << "nothing changed, nothing is written";
-  EXPECT_NE(archived(1).second, first.second) << "without digests it is written each time";
+  EXPECT_EQ(execute(nullptr), std::pair(0, first.second)) << "nothing changed, nothing is written";
+  for (std::size_t i = 0; i < std::size(inputs); ++i) {
+    const auto before = execute(nullptr).second;
+    const auto times = execute(inputs[i].first).second;
+    for (std::size_t j = 0; j < times.size(); ++j) {
+      EXPECT_EQ(times[j] == before[j], i != j) << inputs[i].second << ", " << inputs[j].second;
+    }
+  }
   write("source", "two");
-  EXPECT_EQ(archived(0).first, 1);
+  EXPECT_EQ(execute(nullptr).first, 1);
 }
 
 TEST_F(PeachRun, StreamsFilesAndCleansUpBehindItself) {
