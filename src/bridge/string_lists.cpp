@@ -1,3 +1,4 @@
+// Lists of strings becoming Java arrays.
 #include "bridge/arguments.h"
 
 namespace vantiro {

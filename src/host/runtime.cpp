@@ -1,3 +1,5 @@
+// The start of the Java runtime: loaded, then a machine joined or created, and the management class
+// found.
 #include "host/runtime.h"
 
 #include <dlfcn.h>
