@@ -23,7 +23,9 @@ extern "C" {
  * 3. vantiro_findJavaInPath();
  * 4. the dynamic loader's own search for `libjvm.so`.
  *
- * A path of more than 4095 characters is passed over like one that does not exist.
+ * A path of more than 4095 characters is passed over like one that does not exist, and so is a
+ * named pipe. In a program that runs with more rights than its caller (set-user-ID), `JAVA_HOME`
+ * and `PATH` are not looked at.
  *
  * When a Java machine already runs in the process it is joined, and its own class path must lead
  * to the management class. Otherwise one is created, with `vantiro.jar`, `commons-codec-1.3.jar`
@@ -37,8 +39,8 @@ extern "C" {
  * @retval VANTIRO_OK  the runtime is started
  * @retval VANTIRO_ERROR_RUNTIME_NOT_FOUND  the runtime library could not be loaded or is none; the
  *         loader's own words are on standard output
- * @retval VANTIRO_ERROR_NOT_INITIALIZED  the machine could not be created or joined, or there was
- *         no memory for its options
+ * @retval VANTIRO_ERROR_NOT_INITIALIZED  the machine could not be created or joined, there was no
+ *         memory for its options, or the program has a variable of its own named `env`
  * @retval VANTIRO_ERROR_METHOD_NOT_FOUND  the machine has no management class: `vantiro.jar` is
  *         missing or is not what it should be. A machine that was created for the call is
  *         destroyed; one that was joined is left as it was.

@@ -1,9 +1,6 @@
 // What the parameters of the exported functions become in Java: a type, its place in a descriptor
-// and its conversion stand together.
-//
-// The conversion has two steps, because the management calls build their lists before they clear
-// an earlier exception, and everything else after: `build_arrays` turns lists into Java arrays and
-// passes the rest through, `to_java` converts what is left.
+// and its conversion stand together. Values are converted by `convert`, lists by `arrays`, which
+// gives one Java array or several.
 #pragma once
 
 #include <jni.h>
@@ -17,14 +14,14 @@ namespace vantiro {
 template <>
 struct JavaType<jint> {
   static constexpr Text name{"I"};
+  static jint convert(JNIEnv *, jint value) { return value; }
 };
-inline jint to_java(JNIEnv *, jint value) { return value; }
 
 template <>
 struct JavaType<jboolean> {
   static constexpr Text name{"Z"};
+  static jboolean convert(JNIEnv *, jboolean flag) { return flag; }
 };
-inline jboolean to_java(JNIEnv *, jboolean flag) { return flag; }
 
 // A 32-bit parameter of a Java method that takes 64 bits; the sign is kept.
 struct Long {
@@ -33,16 +30,27 @@ struct Long {
 template <>
 struct JavaType<Long> {
   static constexpr Text name{"J"};
+  static jlong convert(JNIEnv *, Long number) { return number.value; }
 };
-inline jlong to_java(JNIEnv *, Long number) { return number.value; }
 
 template <>
 struct JavaType<const char *> {
   static constexpr Text name{"Ljava/lang/String;"};
+  static jstring convert(JNIEnv *jni, const char *text) {
+    return text ? jni->NewStringUTF(text) : nullptr;
+  }
 };
-inline jstring to_java(JNIEnv *jni, const char *text) {
-  return text ? jni->NewStringUTF(text) : nullptr;
-}
+
+// An object that Java gave, of the type with this descriptor.
+template <Text Type>
+struct Object {
+  jobject object;
+};
+template <Text Type>
+struct JavaType<Object<Type>> {
+  static constexpr auto name = Type;
+  static jobject convert(JNIEnv *, Object<Type> given) { return given.object; }
+};
 
 struct StringList {
   int count;
@@ -51,8 +59,8 @@ struct StringList {
 template <>
 struct JavaType<StringList> {
   static constexpr Text name{"[Ljava/lang/String;"};
+  static std::tuple<jobjectArray> arrays(JNIEnv *jni, StringList strings);
 };
-std::tuple<jobjectArray> build_arrays(JNIEnv *jni, StringList strings);
 
 // Two lists one behind the other in one array; they become two consecutive Java parameters.
 struct PairedStringList {
@@ -63,14 +71,7 @@ struct PairedStringList {
 template <>
 struct JavaType<PairedStringList> {
   static constexpr Text name{"[Ljava/lang/String;[Ljava/lang/String;"};
+  static std::tuple<jobjectArray, jobjectArray> arrays(JNIEnv *jni, PairedStringList strings);
 };
-std::tuple<jobjectArray, jobjectArray> build_arrays(JNIEnv *jni, PairedStringList strings);
-
-inline jobjectArray to_java(JNIEnv *, jobjectArray array) { return array; }
-
-template <typename T>
-std::tuple<T> build_arrays(JNIEnv *, T argument) {
-  return {argument};
-}
 
 }  // namespace vantiro

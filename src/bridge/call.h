@@ -5,6 +5,7 @@
 #include <jni.h>
 
 #include <tuple>
+#include <type_traits>
 
 #include "bridge/arguments.h"
 #include "bridge/results.h"
@@ -12,9 +13,30 @@
 
 namespace vantiro {
 
+// Arguments become Java's in two steps, because the calls on the management object clear an earlier
+// exception in between. First lists become arrays, and the rest is kept as it is;
+template <typename T>
+auto make_arrays([[maybe_unused]] JNIEnv *jni, T argument) {
+  if constexpr (requires { JavaType<T>::arrays(jni, argument); }) {
+    return JavaType<T>::arrays(jni, argument);
+  } else {
+    return std::tuple<T>(argument);
+  }
+}
+
 template <typename... Arguments>
 auto with_arrays([[maybe_unused]] JNIEnv *jni, Arguments... arguments) {
-  return std::tuple_cat(build_arrays(jni, arguments)...);
+  return std::tuple_cat(make_arrays(jni, arguments)...);
+}
+
+// then what is no array yet is converted.
+template <typename T>
+auto to_java([[maybe_unused]] JNIEnv *jni, T value) {
+  if constexpr (std::is_convertible_v<T, jobject>) {
+    return value;
+  } else {
+    return JavaType<T>::convert(jni, value);
+  }
 }
 
 template <typename Result, typename... Values>

@@ -23,14 +23,14 @@ constexpr Text<Left + Right - 1> operator+(const Text<Left> &left, const Text<Ri
   return joined;
 }
 
-// What a C++ type is in a descriptor, given beside the type's conversion. There is no primary
+// What a parameter type is in a descriptor, given beside the type's conversion. There is no primary
 // definition: a call with a type that has no place in Java does not compile.
 template <typename T>
 struct JavaType;
 
 template <typename Result, typename... Arguments>
 inline constexpr auto descriptor_text =
-    (Text{"("} + ... + JavaType<Arguments>::name) + Text{")"} + JavaType<Result>::name;
+    (Text{"("} + ... + JavaType<Arguments>::name) + Text{")"} + Result::name;
 
 // The descriptor of the Java method that takes what `Arguments` become and gives what `Result` is
 // made of.

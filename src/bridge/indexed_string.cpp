@@ -24,7 +24,7 @@ int indexed_string(const char *count_method, const char *element_method, int han
 
   const jmethodID counter = jni->GetMethodID(target.type, count_method, descriptor<Int, jint>());
   const jmethodID getter =
-      jni->GetMethodID(target.type, element_method, descriptor<NothingOnNull, jint, jint>());
+      jni->GetMethodID(target.type, element_method, descriptor<String, jint, jint>());
   if (!counter || !getter) return VANTIRO_ERROR_METHOD_NOT_FOUND;
   jni->ExceptionClear();
 
@@ -38,7 +38,7 @@ int indexed_string(const char *count_method, const char *element_method, int han
     return VANTIRO_ERROR_INDEX_OUT_OF_BOUNDS;
   }
 
-  const jobject element = ObjectResult::call(jni, target.object, getter, handle, position);
+  const jobject element = String::call(jni, target.object, getter, handle, position);
   if (threw(jni)) return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
   const int status = deliver_element(jni, element, out);
   if (element) jni->DeleteLocalRef(element);

@@ -4,13 +4,10 @@
 
 namespace vantiro {
 
-int NothingOnNull::deliver(JNIEnv *jni, jobject result) const {
+int String::deliver(JNIEnv *jni, jobject result) const {
+  if (!result && rule == empty_on_null) return out.put("", 1);
   const Characters text(jni, result);
-  return text ? put(text.get(), text.size()) : put_nothing();
-}
-
-int EmptyOnNull::deliver(JNIEnv *jni, jobject result) const {
-  return result ? NothingOnNull::deliver(jni, result) : put("", 1);
+  return text ? out.put(text.get(), text.size()) : out.put_nothing();
 }
 
 }  // namespace vantiro

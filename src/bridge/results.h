@@ -12,45 +12,32 @@ namespace vantiro {
 
 // The variadic functions of the JNI table itself are called: the C++ wrappers of <jni.h> take a
 // detour through a va_list.
-
-struct Int {
+template <auto Function>
+struct CalledBy {
   template <typename... Values>
-  static jint call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
-    return jni->functions->CallIntMethod(jni, object, method, values...);
+  static auto call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
+    return (jni->functions->*Function)(jni, object, method, values...);
   }
+};
+
+struct Int : CalledBy<&JNINativeInterface_::CallIntMethod> {
+  static constexpr Text name{"I"};
   static int deliver(JNIEnv *, jint result) { return result; }
 };
-template <>
-struct JavaType<Int> {
-  static constexpr Text name{"I"};
-};
 
-struct Boolean {
-  template <typename... Values>
-  static jboolean call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
-    return jni->functions->CallBooleanMethod(jni, object, method, values...);
-  }
-  static int deliver(JNIEnv *, jboolean result) { return result ? 1 : 0; }
-};
-template <>
-struct JavaType<Boolean> {
+struct Boolean : CalledBy<&JNINativeInterface_::CallBooleanMethod> {
   static constexpr Text name{"Z"};
+  static int deliver(JNIEnv *, jboolean result) { return result ? 1 : 0; }
 };
 
 // A Java long, of which the caller gets the low 32 bits.
-struct LowInt {
-  template <typename... Values>
-  static jlong call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
-    return jni->functions->CallLongMethod(jni, object, method, values...);
-  }
-  static int deliver(JNIEnv *, jlong result) { return static_cast<int>(result); }
-};
-template <>
-struct JavaType<LowInt> {
+struct LowInt : CalledBy<&JNINativeInterface_::CallLongMethod> {
   static constexpr Text name{"J"};
+  static int deliver(JNIEnv *, jlong result) { return static_cast<int>(result); }
 };
 
 struct Void {
+  static constexpr Text name{"V"};
   template <typename... Values>
   static int call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
     jni->functions->CallVoidMethod(jni, object, method, values...);
@@ -58,34 +45,29 @@ struct Void {
   }
   static int deliver(JNIEnv *, int ok) { return ok; }
 };
-template <>
-struct JavaType<Void> {
-  static constexpr Text name{"V"};
-};
 
-struct ObjectResult {
-  template <typename... Values>
-  static jobject call(JNIEnv *jni, jobject object, jmethodID method, Values... values) {
-    return jni->functions->CallObjectMethod(jni, object, method, values...);
+// A reference of the calling thread to an object of the type with this descriptor, handed out as
+// it is.
+template <Text Type>
+struct Reference : CalledBy<&JNINativeInterface_::CallObjectMethod> {
+  static constexpr auto name = Type;
+  jobject *out;
+  explicit Reference(jobject *place) : out(place) {}
+  int deliver(JNIEnv *, jobject reference) const {
+    *out = reference;
+    return VANTIRO_OK;
   }
 };
 
-// A string whose null is delivered as status 0 and size 0.
-struct NothingOnNull : ObjectResult, CallerBuffer {
-  using CallerBuffer::CallerBuffer;
-  int deliver(JNIEnv *jni, jobject result) const;
-};
-template <>
-struct JavaType<NothingOnNull> {
-  static constexpr Text name{"Ljava/lang/String;"};
-};
+// What a caller gets for a string that is null: status 0 and size 0, or the empty string.
+enum NullRule { nothing_on_null, empty_on_null };
 
-// A string whose null is delivered as the empty string.
-struct EmptyOnNull : NothingOnNull {
-  using NothingOnNull::NothingOnNull;
+struct String : CalledBy<&JNINativeInterface_::CallObjectMethod> {
+  static constexpr Text name{"Ljava/lang/String;"};
+  CallerBuffer out;
+  NullRule rule;
+  String(CallerBuffer place, NullRule null_rule) : out(place), rule(null_rule) {}
   int deliver(JNIEnv *jni, jobject result) const;
 };
-template <>
-struct JavaType<EmptyOnNull> : JavaType<NothingOnNull> {};
 
 }  // namespace vantiro

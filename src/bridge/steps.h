@@ -4,7 +4,7 @@
 
 #include <jni.h>
 
-#include "host/host_state.h"
+#include "vantiro/runtime.h"
 
 namespace vantiro {
 
@@ -20,10 +20,11 @@ inline Target peach_object() { return {pwobj, pwcls}; }
 // Whether the target is there and the runtime is started.
 inline bool ready(Target target) { return target.object && target.type && env; }
 
-// Attaches the calling thread and gives its JNI environment; null when the machine refuses.
+// Attaches the calling thread and gives its JNI environment; null when the machine refuses, or when
+// there is none because a program with variables of the same names has taken over `env`.
 inline JNIEnv *attach() {
   void *thread_env = nullptr;
-  jvm->AttachCurrentThread(&thread_env, nullptr);
+  if (jvm) jvm->AttachCurrentThread(&thread_env, nullptr);
   return static_cast<JNIEnv *>(thread_env);
 }
 

@@ -1,22 +1,43 @@
 #include "host/discovery.h"
 
-#include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "host/path.h"
-#include "vantiro/runtime.h"
+#include "host/locations.h"
 
 namespace vantiro {
 namespace {
 
+// A named pipe or a device in the place of the file is passed over: it could hold up the host.
+std::FILE *open_regular(const char *name) {
+  const int file = open(name, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  struct stat status;
+  if (file >= 0 && fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+    std::FILE *const stream = fdopen(file, "r");
+    if (stream) return stream;
+  }
+  if (file >= 0) close(file);
+  return nullptr;
+}
+
+}  // namespace
+
+bool Search::finds(std::initializer_list<std::string_view> parts) const {
+  return join(path, parts) && opens(path);
+}
+
 // Takes over the value of the first line with the key JVMPATH.
-bool read_configured_runtime(std::string_view directory, char *path) {
+bool find_in_configuration(const Search &search, std::string_view library_directory) {
   char name[path_capacity];
-  if (!directory.data() || !join(name, {directory, "/VantiroDLL.conf"})) return false;
-  std::FILE *const file = std::fopen(name, "re");
+  if (!library_directory.data() || !join(name, {library_directory, "/VantiroDLL.conf"})) {
+    return false;
+  }
+  std::FILE *const file = open_regular(name);
   if (!file) return false;
 
   constexpr const char *delimiters = "=\n\r";
@@ -26,36 +47,27 @@ bool read_configured_runtime(std::string_view directory, char *path) {
     char *rest = nullptr;
     const char *const key = strtok_r(line, delimiters, &rest);
     const char *const value = key ? strtok_r(nullptr, delimiters, &rest) : nullptr;
-    found = value && std::strcmp(key, "JVMPATH") == 0 && join(path, {value});
+    found = value && std::strcmp(key, "JVMPATH") == 0 && join(search.path, {value});
   }
   std::fclose(file);
   return found;
 }
 
-bool find_in_java_home(char *path) {
-  const char *const home = std::getenv("JAVA_HOME");
-  // The second location lacks a "lib"; installations that were laid out to match it exist.
-  return home && find_below(home,
-                            {"jre/lib/i386/server/libjvm.so", "jre/i386/client/libjvm.so",
-                             "lib/i386/server/libjvm.so", "lib/i386/client/libjvm.so"},
-                            path);
+bool find_in_java_home(const Search &search) {
+  // Whoever calls a set-user-id host must not choose the code that it runs.
+  const char *const home = secure_getenv("JAVA_HOME");
+  if (!home) return false;
+  for (const std::string_view location : locations_below_java_home) {
+    if (search.finds({home, "/", location})) return true;
+  }
+  return false;
 }
 
-}  // namespace
-
-std::string_view library_directory() {
-  Dl_info library;
-  if (!dladdr(reinterpret_cast<const void *>(&vantiro_initJava), &library)) return {};
-  const std::string_view file = library.dli_fname;
-  const std::size_t slash = file.rfind('/');
-  return slash == file.npos ? std::string_view(".") : std::string_view(file.data(), slash);
-}
-
-void find_runtime(std::string_view directory, char *path) {
-  if (read_configured_runtime(directory, path)) return;
-  if (find_in_java_home(path)) return;
-  if (vantiro_findJavaInPath(path) == 0) return;
-  join(path, {"libjvm.so"});
+void find_runtime(const Search &search, std::string_view library_directory) {
+  if (find_in_configuration(search, library_directory)) return;
+  if (find_in_java_home(search)) return;
+  if (find_in_path(search)) return;
+  join(search.path, {"libjvm.so"});
 }
 
 }  // namespace vantiro

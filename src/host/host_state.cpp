@@ -1,4 +1,8 @@
-#include "host/host_state.h"
+// The host state: the eight exported variables and nothing beside them. Who writes which is told
+// where each is declared.
+#include <jni.h>
+
+#include "vantiro/runtime.h"
 
 JavaVM *jvm;
 JNIEnv *env;

@@ -1,17 +1,17 @@
 // The four initialisers: a new management object, and its Java initialiser called.
 #include "bridge/call.h"
-#include "host/host_state.h"
 #include "host/runtime.h"
+#include "vantiro/runtime.h"
 #include "vantiro/status.h"
 
-namespace {
+using namespace vantiro;
 
-using vantiro::Int;
+namespace {
 
 // Everything goes through the host's `env`, which from here on is that of the calling thread.
 int enter_runtime() {
   if (!env) return vantiro_initJava();
-  JNIEnv *const jni = vantiro::attach();
+  JNIEnv *const jni = attach();
   if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
   env = jni;
   return VANTIRO_OK;
@@ -20,10 +20,10 @@ int enter_runtime() {
 int construct() {
   const jmethodID constructor = env->GetMethodID(cls, "<init>", "()V");
   if (!constructor) {
-    vantiro::abandon_machine();
+    abandon_machine();
     return VANTIRO_ERROR_CONSTRUCTOR_MISSING;
   }
-  sgc = vantiro::share(env, env->functions->NewObject(env, cls, constructor));
+  sgc = share(env, env->functions->NewObject(env, cls, constructor));
   return sgc ? VANTIRO_OK : VANTIRO_ERROR_INITIALIZATION;
 }
 
@@ -33,13 +33,11 @@ int initialize(const char *name, Arguments... arguments) {
   if (status == VANTIRO_OK) status = construct();
   if (status != VANTIRO_OK) return status;
 
-  const jmethodID initializer =
-      env->GetMethodID(cls, name, vantiro::descriptor<Int, Arguments...>());
+  const jmethodID initializer = env->GetMethodID(cls, name, descriptor<Int, Arguments...>());
   if (!initializer) return VANTIRO_ERROR_INITIALIZER_MISSING;
   env->ExceptionClear();
-  const jint result =
-      vantiro::invoke<Int>(env, sgc, initializer, vantiro::with_arrays(env, arguments...));
-  return vantiro::threw(env) ? VANTIRO_ERROR_UNCAUGHT_EXCEPTION : result;
+  const jint result = invoke<Int>(env, sgc, initializer, with_arrays(env, arguments...));
+  return threw(env) ? VANTIRO_ERROR_UNCAUGHT_EXCEPTION : result;
 }
 
 }  // namespace

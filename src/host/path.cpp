@@ -1,11 +1,10 @@
 #include "host/path.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstring>
-
-#include "host/discovery.h"
 
 namespace vantiro {
 
@@ -21,20 +20,19 @@ bool join(char *path, std::initializer_list<std::string_view> parts) {
   return true;
 }
 
-bool opens_for_reading(const char *path) {
-  // Without O_NONBLOCK a named pipe would hold up the host until somebody writes to it.
-  const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-  if (file < 0) return false;
-  close(file);
-  return true;
+std::string_view directory_of(std::string_view file) {
+  const std::size_t slash = file.rfind('/');
+  return slash == file.npos ? "." : file.substr(0, slash);
 }
 
-bool find_below(std::string_view base, std::initializer_list<std::string_view> locations,
-                char *path) {
-  for (const std::string_view location : locations) {
-    if (join(path, {base, "/", location}) && opens_for_reading(path)) return true;
-  }
-  return false;
+bool opens_for_reading(const char *path) {
+  // A named pipe would hold up the host, here and in the loader, until somebody writes to it.
+  const int file = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (file < 0) return false;
+  struct stat status;
+  const bool waits = fstat(file, &status) == 0 && S_ISFIFO(status.st_mode);
+  close(file);
+  return !waits;
 }
 
 }  // namespace vantiro

@@ -9,8 +9,10 @@
 
 #include "bridge/steps.h"
 #include "host/discovery.h"
-#include "host/host_state.h"
+#include "vantiro/runtime.h"
 #include "vantiro/status.h"
+
+using namespace vantiro;
 
 namespace {
 
@@ -27,6 +29,14 @@ struct InvocationInterface {
   decltype(&JNI_GetCreatedJavaVMs) get_created;
 };
 
+// Its data is null when the loader does not tell.
+std::string_view library_directory() {
+  Dl_info library;
+  return dladdr(reinterpret_cast<const void *>(&vantiro_initJava), &library)
+             ? directory_of(library.dli_fname)
+             : std::string_view();
+}
+
 bool loader_complains() {
   const char *const complaint = dlerror();
   if (complaint) std::puts(complaint);
@@ -40,8 +50,8 @@ bool resolve(Function &function, const char *name) {
 }
 
 bool load_runtime(std::string_view directory, InvocationInterface &java) {
-  char path[vantiro::path_capacity] = "";
-  vantiro::find_runtime(directory, path);
+  char path[path_capacity] = "";
+  find_runtime({path}, directory);
   jvmlibHandle = dlopen(path, RTLD_LAZY);
   return !loader_complains() && resolve(java.create, "JNI_CreateJavaVM") &&
          resolve(java.get_default_arguments, "JNI_GetDefaultJavaVMInitArgs") &&
@@ -81,7 +91,7 @@ bool create_machine(const InvocationInterface &java, std::string_view directory,
 }  // namespace
 
 int vantiro_initJava(void) {
-  const std::string_view directory = vantiro::library_directory();
+  const std::string_view directory = library_directory();
   InvocationInterface java;
   if (!load_runtime(directory, java)) return VANTIRO_ERROR_RUNTIME_NOT_FOUND;
 
@@ -96,12 +106,15 @@ int vantiro_initJava(void) {
       env = nullptr;
       return VANTIRO_ERROR_NOT_INITIALIZED;
     }
+  } else if (!jvm) {
+    // A program's own variable of that name has taken over `env`.
+    return VANTIRO_ERROR_NOT_INITIALIZED;
   }
 
-  cls = vantiro::share(env, env->FindClass("fi/vantiro/user/ManagementImpl"));
+  cls = share(env, env->FindClass("fi/vantiro/user/ManagementImpl"));
   if (!cls) {
     if (machine_is_own) jvm->DetachCurrentThread();
-    vantiro::abandon_machine();
+    abandon_machine();
     return VANTIRO_ERROR_METHOD_NOT_FOUND;
   }
   jvm->AttachCurrentThread(reinterpret_cast<void **>(&env), nullptr);

@@ -1,17 +1,20 @@
 // Ending the use of the management library, and the runtime's handles for programs that want them.
 #include "bridge/call.h"
-#include "host/host_state.h"
+#include "vantiro/runtime.h"
+#include "vantiro/status.h"
+
+using namespace vantiro;
 
 namespace {
 
 // The parallel-each object is forgotten before Java is called, so also when the call fails.
 template <typename... Flags>
 int unload(Flags... flags) {
-  const vantiro::Target target = vantiro::management_object();
-  if (!vantiro::ready(target)) return VANTIRO_ERROR_NOT_INITIALIZED;
+  const Target target = management_object();
+  if (!ready(target)) return VANTIRO_ERROR_NOT_INITIALIZED;
   pwcls = nullptr;
   pwobj = nullptr;
-  return vantiro::management::call(vantiro::Int{}, "unload", flags...);
+  return management::call(Int{}, "unload", flags...);
 }
 
 }  // namespace

@@ -92,5 +92,5 @@ int vantiro_getBundleId(int handle) { return call(Int{}, "getBundleId", handle);
 int vantiro_setBundleId(int handle, int value) { return call(Int{}, "setBundleId", handle, value); }
 
 int vantiro_getLastCreatedBundleName(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getLastCreatedBundleName", handle);
+  return call(String({buffer, size}, nothing_on_null), "getLastCreatedBundleName", handle);
 }

@@ -3,35 +3,11 @@
 
 #include "bridge/call.h"
 #include "bridge/status_texts.h"
-#include "host/host_state.h"
-
-namespace vantiro {
-
-// A reference of the calling thread, handed out as it is.
-template <typename Type>
-struct Reference : ObjectResult {
-  jobject *out;
-  explicit Reference(jobject *place) : out(place) {}
-  int deliver(JNIEnv *, jobject reference) const {
-    *out = reference;
-    return VANTIRO_OK;
-  }
-};
-
-struct Plugin;
-template <>
-struct JavaType<Reference<Plugin>> {
-  static constexpr Text name{"Lfi/vantiro/user/VantiroManagerPlugin;"};
-};
-template <>
-struct JavaType<Reference<jclass>> {
-  static constexpr Text name{"Ljava/lang/Class;"};
-};
-
-}  // namespace vantiro
 
 using namespace vantiro;
 using management::call;
+using Plugin = Reference<"Lfi/vantiro/user/VantiroManagerPlugin;">;
+using PluginClass = Reference<"Ljava/lang/Class;">;
 
 int vantiro_open(void) { return call(Int{}, "open"); }
 
@@ -52,44 +28,43 @@ int vantiro_printStatistics(int handle) {
 }
 
 int vantiro_getStatisticsString(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getStatisticsString", handle);
+  return call(String({buffer, size}, nothing_on_null), "getStatisticsString", handle);
 }
 
 int vantiro_getUserLogin(char *buffer, unsigned int *size) {
-  return call(EmptyOnNull(buffer, size), "getUserLogin");
+  return call(String({buffer, size}, empty_on_null), "getUserLogin");
 }
 
 int vantiro_getTempDir(char *buffer, unsigned int *size) {
-  return call(EmptyOnNull(buffer, size), "getTempDir");
+  return call(String({buffer, size}, empty_on_null), "getTempDir");
 }
 
 int vantiro_getPlugin(const char *name, jobject *plugin) {
-  const int status = call(Reference<Plugin>(plugin), "getPlugin", name);
+  const int status = call(Plugin(plugin), "getPlugin", name);
   if (status == VANTIRO_ERROR_UNCAUGHT_EXCEPTION) *plugin = nullptr;
   return status;
 }
 
 jclass vantiro_getPluginClass(const char *name) {
   jobject type = nullptr;
-  call(Reference<jclass>(&type), "getPluginClass", name);
+  call(PluginClass(&type), "getPluginClass", name);
   return static_cast<jclass>(type);
 }
 
 int vantiro_getPluginConf(const char *name, const char *key, char *buffer, unsigned int *size) {
-  const EmptyOnNull out(buffer, size);
-  return explained(call(out, "getPluginConf", name, key), out);
+  const CallerBuffer out(buffer, size);
+  return explained(call(String(out, empty_on_null), "getPluginConf", name, key), out);
 }
 
 // Asks the Java platform itself, so a started runtime is all it needs.
 int vantiro_getJavaSystemProperty(const char *key, char *buffer, unsigned int *size) {
-  const NothingOnNull out(buffer, size);
+  const String out({buffer, size}, nothing_on_null);
   JNIEnv *const jni = env ? attach() : nullptr;
   if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
   const jclass system = jni->FindClass("java/lang/System");
   const jmethodID method =
-      system
-          ? jni->GetStaticMethodID(system, "getProperty", descriptor<NothingOnNull, const char *>())
-          : nullptr;
+      system ? jni->GetStaticMethodID(system, "getProperty", descriptor<String, const char *>())
+             : nullptr;
   jni->ExceptionClear();
   if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
   const jobject value =

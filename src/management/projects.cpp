@@ -112,9 +112,9 @@ int vantiro_getProjectParamName(int project, int *index, char *buffer, unsigned 
 }
 
 int vantiro_getProjectParamValue(int project, const char *text, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getProjectParamValue", project, text);
+  return call(String({buffer, size}, nothing_on_null), "getProjectParamValue", project, text);
 }
 
 int vantiro_getProjectDescription(int project, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getProjectDescription", project);
+  return call(String({buffer, size}, nothing_on_null), "getProjectDescription", project);
 }

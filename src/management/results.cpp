@@ -31,7 +31,7 @@ int vantiro_getUsedTime(int handle) { return call(LowInt{}, "getUsedTime", handl
 int vantiro_getUsedCpuTime(int handle) { return call(LowInt{}, "getUsedCpuTime", handle); }
 
 int vantiro_getProjectStatistic(int handle, const char *name, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getProjectStatistic", handle, name);
+  return call(String({buffer, size}, nothing_on_null), "getProjectStatistic", handle, name);
 }
 
 int vantiro_setDownloadDir(int handle, const char *directory) {
@@ -72,9 +72,9 @@ int vantiro_getResultFiles(int handle, int *index, char *buffer, unsigned int *s
 }
 
 int vantiro_getResultFile(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getResultFile", handle);
+  return call(String({buffer, size}, nothing_on_null), "getResultFile", handle);
 }
 
 int vantiro_getResultDirectory(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getResultDirectory", handle);
+  return call(String({buffer, size}, nothing_on_null), "getResultDirectory", handle);
 }

@@ -1,23 +1,10 @@
 // Intermediate results: the Java handler that brings them here, and their way to the caller.
 #include "bridge/call.h"
 #include "bridge/characters.h"
-#include "host/host_state.h"
 #include "vantiro/peach.h"
 
-namespace vantiro {
-
-struct Handler {
-  jobject object;
-};
-template <>
-struct JavaType<Handler> {
-  static constexpr Text name{"Lfi/vantiro/user/IntermediateResultHandler;"};
-};
-inline jobject to_java(JNIEnv *, Handler handler) { return handler.object; }
-
-}  // namespace vantiro
-
 using namespace vantiro;
+using Handler = Object<"Lfi/vantiro/user/IntermediateResultHandler;">;
 
 namespace {
 

@@ -1,20 +1,10 @@
 // The parallel-each object, the handles of runs, and what is done with a run.
 #include "bridge/call.h"
-#include "host/host_state.h"
 #include "vantiro/peach.h"
-
-namespace vantiro {
-
-struct PeachWrapper : ObjectResult {};
-template <>
-struct JavaType<PeachWrapper> {
-  static constexpr Text name{"Lfi/vantiro/user/PeachWrapper;"};
-};
-
-}  // namespace vantiro
 
 using namespace vantiro;
 using peach::call;
+using PeachWrapper = Reference<"Lfi/vantiro/user/PeachWrapper;">;
 
 namespace {
 
@@ -62,9 +52,9 @@ int vantiro_peach_getProjectId(int handle) { return call(Int{}, "getProjectId", 
 int vantiro_peach_sourcesChanged(int handle) { return call(Boolean{}, "sourcesChanged", handle); }
 
 int vantiro_peach_getLastErrorMessage(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "getLastErrorMessage", handle);
+  return call(String({buffer, size}, nothing_on_null), "getLastErrorMessage", handle);
 }
 
 int vantiro_peach_nextFile(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "nextFile", handle);
+  return call(String({buffer, size}, nothing_on_null), "nextFile", handle);
 }

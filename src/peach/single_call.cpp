@@ -18,7 +18,7 @@ int vantiro_peach2(int count, const char **list) {
 int vantiro_peach3(int count, const char **list) { return vantiro_peach2(count, list); }
 
 int vantiro_peachNextFile(int handle, char *buffer, unsigned int *size) {
-  return call(NothingOnNull(buffer, size), "peachNextFile", handle);
+  return call(String({buffer, size}, nothing_on_null), "peachNextFile", handle);
 }
 
 int vantiro_peachDone(int handle) { return call(Void{}, "peachDone", handle); }

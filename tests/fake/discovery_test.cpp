@@ -17,7 +17,7 @@ class Discovery : public testing::Test {
   }
 
   std::string find(const std::string &directory) {
-    vantiro::find_runtime(directory, buffer);
+    vantiro::find_runtime({buffer}, directory);
     return found();
   }
   std::string find() { return find(tree.path()); }
@@ -30,6 +30,15 @@ class Discovery : public testing::Test {
     return result == 0 ? found() : "-1 " + found();
   }
 
+  // What is opened on the way is closed again.
+  static int open_files() {
+    int files = 0;
+    for (const auto &entry : std::filesystem::directory_iterator("/proc/self/fd"))
+      files += !entry.path().empty();
+    return files;
+  }
+  void TearDown() override { EXPECT_EQ(open_files(), files_at_start); }
+
   std::string found() const {
     EXPECT_EQ(std::string(buffer + vantiro::path_capacity, 16), std::string(16, '#'));
     return buffer;
@@ -37,6 +46,7 @@ class Discovery : public testing::Test {
 
   Tree tree;
   char buffer[vantiro::path_capacity + 17] = "";
+  const int files_at_start = open_files();
 
  private:
   void SetUp() override { std::string(17, '#').copy(buffer + vantiro::path_capacity, 17); }
@@ -71,6 +81,15 @@ TEST_F(Discovery, SplitsTheLinesOfTheConfiguration) {
     tree.file("VantiroDLL.conf", text);
     EXPECT_EQ(find(), expected) << text;
   }
+}
+
+TEST_F(Discovery, PassesOverAConfigurationThatIsNoFile) {
+  mkfifo(tree.path("VantiroDLL.conf").c_str(), 0600);
+  EXPECT_EQ(find(), "libjvm.so");
+  std::filesystem::create_directories(tree.path("directory/VantiroDLL.conf"));
+  EXPECT_EQ(find(tree.path("directory")), "libjvm.so");
+  tree.link("device/VantiroDLL.conf", "/dev/zero");
+  EXPECT_EQ(find(tree.path("device")), "libjvm.so");
 }
 
 TEST_F(Discovery, ReadsLongLinesInPieces) {
@@ -157,6 +176,37 @@ TEST_F(Discovery, FollowsLinksFromTheCurrentDirectory) {
   EXPECT_EQ(search(tree.path("here")), "-1 " + tree.path("here/java"));
   tree.file("here/j6/jre/bin/java");
   EXPECT_EQ(search(tree.path("here")), "j6/jre/lib/i386/client/libjvm.so");
+}
+
+// The kernel, which is asked whether the launcher opens, follows as many.
+TEST_F(Discovery, FollowsAsManyLinksAsTheKernel) {
+  tree.file("jre/bin/java");
+  tree.file("lib/i386/client/libjvm.so");
+  tree.link("1/java", tree.path("jre/bin/java"));
+  for (int link = 2; link <= 41; ++link) {
+    tree.link(std::to_string(link) + "/java", tree.path(std::to_string(link - 1) + "/java"));
+  }
+  EXPECT_EQ(search(tree.path("40")), tree.path("lib/i386/client/libjvm.so"));
+  EXPECT_EQ(search(tree.path("41")), "-1 " + tree.path("41/java"));
+}
+
+TEST_F(Discovery, AsksAboutEachPlaceInOrder) {
+  static std::vector<std::string> asked;
+  tree.file("jre/bin/java");
+  tree.file("VantiroDLL.conf", "JVMPATH=/x\n");
+  setenv("PATH", "none:jre/bin", 1);
+  setenv("JAVA_HOME", "home", 1);
+  const vantiro::Search noted{buffer, [](const char *path) {
+                                asked.push_back(path);
+                                return vantiro::opens_for_reading(path);
+                              }};
+  vantiro::find_runtime(noted, "elsewhere");
+  EXPECT_EQ(asked, (std::vector<std::string>{
+                       "home/jre/lib/i386/server/libjvm.so", "home/jre/i386/client/libjvm.so",
+                       "home/lib/i386/server/libjvm.so", "home/lib/i386/client/libjvm.so",
+                       "none/java", "jre/bin/java", "./jre/lib/i386/client/libjvm.so",
+                       "./jre/lib/i386/server/libjvm.so", "./lib/i386/client/libjvm.so",
+                       "./lib/i386/server/libjvm.so"}));
 }
 
 TEST_F(Discovery, LeavesACircleThatTheKernelDoesNotSee) {

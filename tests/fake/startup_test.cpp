@@ -80,6 +80,17 @@ TEST_F(Startup, InitializesInAnotherThread) {
   EXPECT_NE(env, first) << "the environment of the last thread that ran an initialiser";
 }
 
+// As in a program that has a variable of that name.
+TEST_F(Startup, RefusesAnEnvironmentWithoutAMachine) {
+  static JNIEnv_ foreign{};
+  env = &foreign;
+  EXPECT_EQ(vantiro_init(), VANTIRO_ERROR_NOT_INITIALIZED);
+  EXPECT_EQ(vantiro_initJava(), VANTIRO_ERROR_NOT_INITIALIZED);
+  unsigned int size = 0;
+  EXPECT_EQ(vantiro_getJavaSystemProperty("k", nullptr, &size), VANTIRO_ERROR_NOT_INITIALIZED);
+  EXPECT_EQ(env, &foreign);
+}
+
 // What the loader said, after a start that did not get so far as to call the runtime.
 std::string complaint() {
   testing::internal::CaptureStdout();

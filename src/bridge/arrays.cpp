@@ -1,4 +1,4 @@
-// Lists of strings becoming Java arrays.
+// Lists becoming Java arrays.
 #include "bridge/arguments.h"
 
 namespace vantiro {
@@ -16,18 +16,21 @@ jobjectArray make_array(JNIEnv *jni, int count, const char **list) {
 
 void fill(JNIEnv *jni, jobjectArray array, int count, const char **list) {
   if (!array) return;
-  for (int i = 0; i < count; ++i) jni->SetObjectArrayElement(array, i, to_java(jni, list[i]));
+  for (int i = 0; i < count; ++i) {
+    jni->SetObjectArrayElement(array, i, JavaType<const char *>::convert(jni, list[i]));
+  }
 }
 
 }  // namespace
 
-std::tuple<jobjectArray> build_arrays(JNIEnv *jni, StringList strings) {
+std::tuple<jobjectArray> JavaType<StringList>::arrays(JNIEnv *jni, StringList strings) {
   const jobjectArray array = make_array(jni, strings.count, strings.list);
   fill(jni, array, strings.count, strings.list);
   return {array};
 }
 
-std::tuple<jobjectArray, jobjectArray> build_arrays(JNIEnv *jni, PairedStringList strings) {
+std::tuple<jobjectArray, jobjectArray> JavaType<PairedStringList>::arrays(
+    JNIEnv *jni, PairedStringList strings) {
   const auto [count1, count2, list1] = strings;
   const char **const list2 = list1 && count1 > 0 ? list1 + count1 : list1;
   const jobjectArray first = make_array(jni, count1, list1);
