@@ -39,8 +39,7 @@ inline bool contains(const std::string &text, const std::string &part) {
 class GridTest : public testing::Test {
  protected:
   void SetUp() override {
-    fs::remove_all(scratch);
-    fs::create_directories(scratch);
+    ASSERT_NE(mkdtemp(scratch.data()), nullptr);
     write("settings", "grid.home=" + scratch + "/home\n");
     ASSERT_EQ(vantiro_initFile(path("settings").c_str()), 0) << last_error();
   }
@@ -57,6 +56,5 @@ class GridTest : public testing::Test {
     return path(name);
   }
 
-  const std::string scratch =
-      testing::TempDir() + "grid-" + testing::UnitTest::GetInstance()->current_test_info()->name();
+  std::string scratch = testing::TempDir() + "grid-XXXXXX";
 };

@@ -12,33 +12,55 @@ import java.util.function.Predicate;
 
 /** The bundles of a grid home: those uploaded, and those approved for use. */
 final class BundleStore {
+    private final Path root;
     private final Path uploaded;
     private final Path approved;
 
     BundleStore(Path root) {
+        this.root = root;
         uploaded = root.resolve("uploaded");
         approved = root.resolve("approved");
+    }
+
+    private <T> T exclusively(KernelLock.Work<T> work) throws GridException, IOException {
+        Trees.createPrivate(uploaded);
+        Trees.createPrivate(approved);
+        return KernelLock.exclusively(root.resolve("lock"), work);
     }
 
     /** Takes a copy of an archive in, to be approved later. */
     void upload(Path archive) throws GridException, IOException {
         BundleInfo info = BundleArchive.verify(archive);
-        Archives.replace(uploaded.resolve(info.fileName()),
-                part -> Files.copy(archive, part, StandardCopyOption.REPLACE_EXISTING));
+        exclusively(() -> {
+            Archives.replace(uploaded.resolve(info.fileName()),
+                    part -> Files.copy(archive, part, StandardCopyOption.REPLACE_EXISTING));
+            return null;
+        });
     }
 
     /** Makes all uploaded bundles usable; how many. */
-    synchronized int approve() throws GridException, IOException {
-        Files.createDirectories(approved);
-        List<Path> archives = list(uploaded);
-        for (Path archive : archives) {
-            BundleArchive.verify(archive);
-        }
-        for (Path archive : archives) {
-            Files.move(archive, approved.resolve(archive.getFileName()),
-                    StandardCopyOption.REPLACE_EXISTING);
-        }
-        return archives.size();
+    int approve() throws GridException, IOException {
+        return exclusively(() -> {
+            List<Path> archives = list(uploaded, "*.jar");
+            for (Path archive : archives) {
+                BundleArchive.verify(archive);
+            }
+            for (Path archive : archives) {
+                Files.move(archive, approved.resolve(archive.getFileName()),
+                        StandardCopyOption.REPLACE_EXISTING);
+            }
+            return archives.size();
+        });
+    }
+
+    /** Removes what a program left that died while it uploaded. */
+    void cleanup() throws GridException, IOException {
+        exclusively(() -> {
+            for (Path part : list(uploaded, "*.part")) {
+                Files.delete(part);
+            }
+            return null;
+        });
     }
 
     /** Whether an approved bundle meets the condition. */
@@ -69,7 +91,7 @@ final class BundleStore {
     private List<BundleInfo> approved(Predicate<BundleInfo> condition)
             throws GridException, IOException {
         List<BundleInfo> found = new ArrayList<>();
-        for (Path archive : list(approved)) {
+        for (Path archive : list(approved, "*.jar")) {
             BundleInfo info = BundleArchive.info(archive);
             if (condition.test(info)) {
                 found.add(info);
@@ -78,10 +100,10 @@ final class BundleStore {
         return found;
     }
 
-    private static List<Path> list(Path directory) throws IOException {
+    private static List<Path> list(Path directory, String pattern) throws IOException {
         List<Path> archives = new ArrayList<>();
         if (Files.isDirectory(directory)) {
-            try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, "*.jar")) {
+            try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
                 paths.forEach(archives::add);
             }
         }

@@ -30,11 +30,8 @@ public final class Grid {
     }
 
     /** Opens a session; its handle. */
-    public int open() throws GridException {
-        if (!home.isWritable()) {
-            throw new GridException(
-                    Status.IO_ERROR, "the grid home " + settings.home + " is not writable");
-        }
+    public int open() throws GridException, IOException {
+        home.check();
         int handle = handles.next();
         handles.put(handle, new Session(handle));
         return handle;
@@ -45,8 +42,10 @@ public final class Grid {
         session(session).close();
     }
 
-    public boolean isReady(int session) {
-        return session(session).isOpen() && home.isWritable();
+    /** Fails unless the session is open and the grid home can be written. */
+    public void checkReady(int session) throws GridException, IOException {
+        session(session).checkOpen();
+        home.check();
     }
 
     /**
@@ -72,7 +71,7 @@ public final class Grid {
         return project;
     }
 
-    private Project newProject(int priority, String name) throws IOException {
+    private Project newProject(int priority, String name) throws GridException, IOException {
         Arguments.required(name, "the project's name");
         int handle = handles.next();
         Project project = new Project(handle, this, home.newProject(), priority, name);
@@ -96,7 +95,7 @@ public final class Grid {
     }
 
     /** Starts the description of a parallel-each run. */
-    public PeachRun newPeachRun() throws IOException {
+    public PeachRun newPeachRun() throws GridException, IOException {
         Project project = newProject(0, "peach");
         int handle = handles.next();
         PeachRun run = new PeachRun(handle, this, project);
@@ -232,6 +231,10 @@ public final class Grid {
 
     public LastError errors() {
         return errors;
+    }
+
+    GridHome home() {
+        return home;
     }
 
     BundleStore bundles() {

@@ -1,73 +1,219 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
+import java.nio.charset.StandardCharsets;
 import java.nio.file.DirectoryStream;
-import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.Files;
 import java.nio.file.Path;
+import java.nio.file.attribute.PosixFilePermission;
 import java.util.ArrayList;
+import java.util.HashMap;
+import java.util.HashSet;
 import java.util.List;
+import java.util.Map;
+import java.util.Set;
+import java.util.logging.Logger;
 
-/** The grid's directory on disk; several processes may share it. */
+/**
+ * The grid's directory on disk, which is its user's alone; several programs may share it, also on
+ * several machines. A program is known by a file that it keeps locked as long as it lives.
+ */
 final class GridHome {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+    /** The program's own byte of its file, and one for processes that may outlive it. */
+    private static final int OWNER_BYTES = 2;
+    private static final Integer ADMINISTRATOR = 0;
+    /** The locks of this program by the homes that it uses. */
+    private static final Map<Path, KernelLock> OWN = new HashMap<>();
+
     private final Path root;
-    private int lastNumber;
+    private final Path projects;
+    private final Path owners;
+    /** Holds what is being deleted. */
+    private final Path removed;
+    private boolean warned;
 
     GridHome(Path root) {
         this.root = root;
+        projects = root.resolve("projects");
+        owners = root.resolve("owners");
+        removed = root.resolve("removed");
     }
 
-    boolean isWritable() {
-        try {
-            return Files.isWritable(Files.createDirectories(root));
-        } catch (IOException e) {
-            return false;
+    /** Makes the directory; a failure unless files can be written there that nobody can replace. */
+    void check() throws GridException, IOException {
+        for (Path directory : new Path[] {root, projects, owners, removed}) {
+            Trees.createPrivate(directory);
         }
+        exclusively(() -> {
+            Path probe = Files.createTempFile(removed, "probe", "");
+            try {
+                Files.write(probe, new byte[1 << 12]);
+                checkOwner(Files.getAttribute(probe, "unix:uid"));
+            } finally {
+                Files.deleteIfExists(probe);
+            }
+            return null;
+        });
+        warnOfOthers();
+    }
+
+    private void checkOwner(Object user) throws GridException, IOException {
+        Object owner = Files.getAttribute(root, "unix:uid");
+        if (!owner.equals(ADMINISTRATOR) && !owner.equals(user)) {
+            throw new GridException(Status.IO_ERROR,
+                    "the grid home " + root + " belongs to " + Files.getOwner(root)
+                            + "; name another one as " + Settings.HOME);
+        }
+    }
+
+    private synchronized void warnOfOthers() throws IOException {
+        Set<PosixFilePermission> permissions = Files.getPosixFilePermissions(root);
+        boolean sticky = ((Integer) Files.getAttribute(root, "unix:mode") & 01000) != 0;
+        if (!warned && !sticky
+                && (permissions.contains(PosixFilePermission.GROUP_WRITE)
+                        || permissions.contains(PosixFilePermission.OTHERS_WRITE))) {
+            LOG.warning("others may change the grid home " + root + "; chmod 700 prevents it");
+        }
+        warned = true;
     }
 
     BundleStore bundles() {
         return new BundleStore(root.resolve("bundles"));
     }
 
-    /** A directory for a new project, whose number no other project here has. */
-    synchronized ProjectDirectory newProject() throws IOException {
-        Path projects = Files.createDirectories(root.resolve("projects"));
-        for (ProjectDirectory known : projects()) {
-            lastNumber = Math.max(lastNumber, known.number());
-        }
-        while (true) {
-            lastNumber++;
-            try {
-                Path path = Files.createDirectory(projects.resolve(String.valueOf(lastNumber)));
-                ProjectDirectory directory = new ProjectDirectory(path);
-                directory.markActive();
-                return directory;
-            } catch (FileAlreadyExistsException e) {
-                // Another process was faster: the next number may be free.
-                continue;
+    private <T> T exclusively(KernelLock.Work<T> work) throws GridException, IOException {
+        return KernelLock.exclusively(root.resolve("lock"), work);
+    }
+
+    /** The file whose first byte this program keeps locked; its projects name it as their owner. */
+    Path ownerLock() throws GridException, IOException {
+        synchronized (OWN) {
+            Path home = root.toRealPath();
+            KernelLock own = OWN.get(home);
+            if (own == null || !Files.exists(own.file())) {
+                own = exclusively(() -> {
+                    removeDeadOwners();
+                    return KernelLock.tryLock(Files.createTempFile(owners, "", ""), 1);
+                });
+                OWN.put(home, own);
             }
+            return own.file();
         }
     }
 
-    /** Removes what projects that are no longer active left; the number of directories removed. */
-    int cleanup(boolean results) throws IOException {
-        int removed = 0;
-        for (ProjectDirectory project : projects()) {
-            if (!project.isActive()) {
-                removed += project.deleteWork();
-                removed += results ? project.deleteResults() : 0;
+    /** The names of the owners that live. What no owner has locked is removed. */
+    private Set<String> removeDeadOwners() throws GridException, IOException {
+        Set<String> living = new HashSet<>();
+        for (Path owner : list(owners, "*")) {
+            KernelLock lock = KernelLock.tryLock(owner, OWNER_BYTES);
+            if (lock == null) {
+                living.add(owner.getFileName().toString());
+            } else {
+                lock.close();
+                Files.delete(owner);
             }
         }
-        return removed;
+        return living;
+    }
+
+    /** A directory for a new project, with a number that no other project here had. */
+    ProjectDirectory newProject() throws GridException, IOException {
+        check();
+        String owner = ownerLock().getFileName().toString();
+        return exclusively(() -> ProjectDirectory.create(free(), owner));
+    }
+
+    /** The path of the next project. */
+    private Path free() throws IOException {
+        int number = lastNumber();
+        do {
+            number++;
+        } while (Files.exists(path(number)));
+        Files.write(last(), String.valueOf(number).getBytes(StandardCharsets.US_ASCII));
+        return path(number);
+    }
+
+    private Path path(int number) {
+        return projects.resolve(String.valueOf(number));
+    }
+
+    private Path last() {
+        return root.resolve("last");
+    }
+
+    private int lastNumber() throws IOException {
+        String text = Files.exists(last())
+                ? new String(Files.readAllBytes(last()), StandardCharsets.US_ASCII)
+                : "";
+        if (text.matches("\\d{1,9}")) {
+            return Integer.parseInt(text);
+        }
+        int number = 0;
+        for (ProjectDirectory project : projects()) {
+            number = Math.max(number, project.number());
+        }
+        return number;
+    }
+
+    /** Gives a project another number, which no project of a program that lives may have. */
+    void renumber(ProjectDirectory project, int number) throws GridException, IOException {
+        if (number < 0) {
+            throw new GridException(
+                    Status.UNKNOWN_VALUE, "a project's number is 0 or more, not " + number);
+        }
+        String own = ownerLock().getFileName().toString();
+        exclusively(() -> {
+            ProjectDirectory other = new ProjectDirectory(path(number));
+            if (number != project.number() && other.exists()) {
+                if (other.owner().equals(own) || removeDeadOwners().contains(other.owner())) {
+                    throw new GridException(Status.WRONG_STATE,
+                            "there is a project of number " + number + " already");
+                }
+                other.moveTo(free());
+            }
+            project.moveTo(path(number));
+            return null;
+        });
+    }
+
+    /** Removes what projects that are no longer active left; the number of directories removed. */
+    int cleanup(boolean results) throws GridException, IOException {
+        check();
+        String own = ownerLock().getFileName().toString();
+        List<Path> trees = new ArrayList<>();
+        int count = exclusively(() -> {
+            Set<String> living = removeDeadOwners();
+            int directories = 0;
+            for (ProjectDirectory project : projects()) {
+                String owner = project.owner();
+                if (owner.equals(own) ? project.isEnded() : !living.contains(owner)) {
+                    boolean all = results || owner.isEmpty();
+                    directories += all ? project.discard(removed) : project.discardWork(removed);
+                }
+            }
+            trees.addAll(list(removed, "*"));
+            return directories;
+        });
+        for (Path tree : trees) {
+            Trees.delete(tree);
+        }
+        bundles().cleanup();
+        return count;
     }
 
     private List<ProjectDirectory> projects() throws IOException {
         List<ProjectDirectory> found = new ArrayList<>();
-        Path projects = root.resolve("projects");
-        if (Files.isDirectory(projects)) {
-            try (DirectoryStream<Path> paths = Files.newDirectoryStream(projects, "[0-9]*")) {
-                paths.forEach(path -> found.add(new ProjectDirectory(path)));
-            }
+        for (Path path : list(projects, "[0-9]*")) {
+            found.add(new ProjectDirectory(path));
+        }
+        return found;
+    }
+
+    private static List<Path> list(Path directory, String pattern) throws IOException {
+        List<Path> found = new ArrayList<>();
+        try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
+            paths.forEach(found::add);
         }
         return found;
     }

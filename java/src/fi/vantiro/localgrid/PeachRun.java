@@ -129,7 +129,9 @@ public final class PeachRun implements JobHooks {
         inputs.prepare();
         chooseBundles();
         project.info().describe(description.name, description.description, description.priority);
-        project.info().setId(projectId());
+        if (description.projectId != null) {
+            project.setId(description.projectId);
+        }
         project.info().putParams(description.projectParams);
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");

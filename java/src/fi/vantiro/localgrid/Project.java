@@ -79,6 +79,15 @@ public final class Project {
         return grid.settings();
     }
 
+    /** Changes the project's number, as long as no job has seen it. */
+    public synchronized void setId(int id) throws GridException, IOException {
+        if (started || stopped) {
+            throw wrongState(stopped ? "was stopped" : "is started already");
+        }
+        grid.home().renumber(directory, id);
+        info.setId(id);
+    }
+
     /** Creates a job, which runs as soon as the project does; its number. */
     public synchronized int createJob(List<String> command) throws GridException {
         checkAccepts(command);

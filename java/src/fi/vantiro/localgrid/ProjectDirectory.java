@@ -4,92 +4,121 @@ import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
-import java.nio.file.Paths;
 
 /** The directory of one project in the grid's home. */
 final class ProjectDirectory {
-    private static final String NOBODY = "ended";
-
-    private final Path root;
-    private final Path work;
-    private final Path results;
-    private final Path state;
-    /** Holds the id of the process that the project lives in, so that others leave it alone. */
-    private final Path owner;
+    private volatile Path root;
 
     ProjectDirectory(Path root) {
         this.root = root;
-        work = root.resolve("work");
-        results = root.resolve("results");
-        state = root.resolve("state");
-        owner = root.resolve("owner");
+    }
+
+    /** Makes the directory of a project that lives in the program of that owner's file. */
+    static ProjectDirectory create(Path root, String owner) throws IOException {
+        ProjectDirectory directory = new ProjectDirectory(root);
+        boolean whole = false;
+        try {
+            Trees.createPrivate(root);
+            Files.write(directory.ownerFile(), owner.getBytes(StandardCharsets.US_ASCII));
+            whole = true;
+            return directory;
+        } finally {
+            if (!whole) {
+                Trees.delete(root);
+            }
+        }
     }
 
     int number() {
         return Integer.parseInt(root.getFileName().toString());
     }
 
+    boolean exists() {
+        return Files.exists(root, LinkOption.NOFOLLOW_LINKS);
+    }
+
+    private Path work() {
+        return root.resolve("work");
+    }
+
     Path work(int job) {
-        return work.resolve("job-" + job);
+        return work().resolve("job-" + job);
     }
 
     /** Where the shell leaves the processor time of a job. */
     Path times(int job) {
-        return work.resolve("job-" + job + ".times");
+        return work().resolve("job-" + job + ".times");
     }
 
     Path results() {
-        return results;
+        return root.resolve("results");
     }
 
     Path state() {
-        return state;
+        return root.resolve("state");
     }
 
-    void markActive() throws IOException {
-        writeOwner(Paths.get("/proc/self").toRealPath().getFileName().toString());
+    private Path ownerFile() {
+        return root.resolve("owner");
+    }
+
+    private Path endedFile() {
+        return root.resolve("ended");
+    }
+
+    /** The name of the owner's file, "" when the project was never made whole. */
+    String owner() throws IOException {
+        try {
+            return new String(Files.readAllBytes(ownerFile()), StandardCharsets.US_ASCII);
+        } catch (NoSuchFileException e) {
+            return "";
+        }
     }
 
     void markEnded() throws IOException {
-        if (Files.exists(root)) {
-            writeOwner(NOBODY);
+        if (exists()) {
+            Files.write(endedFile(), new byte[0]);
         }
     }
 
-    private void writeOwner(String text) throws IOException {
-        Files.write(owner, text.getBytes(StandardCharsets.US_ASCII));
+    boolean isEnded() {
+        return Files.exists(endedFile());
     }
 
-    /** Whether the project may still be used; one that is just being made has no owner yet. */
-    boolean isActive() throws IOException {
-        try {
-            String process = new String(Files.readAllBytes(owner), StandardCharsets.US_ASCII);
-            return !process.equals(NOBODY) && Files.exists(Paths.get("/proc", process));
-        } catch (NoSuchFileException e) {
-            return true;
+    void moveTo(Path target) throws IOException {
+        if (!target.equals(root)) {
+            Files.move(root, target);
+            root = target;
         }
     }
 
-    /** Removes the working directories; how many there were. */
-    int deleteWork() throws IOException {
-        int removed = 0;
-        if (Files.isDirectory(work)) {
-            try (DirectoryStream<Path> jobs = Files.newDirectoryStream(work)) {
+    /** Moves the working directories away; how many there were. */
+    int discardWork(Path trash) throws IOException {
+        int count = 0;
+        if (Files.isDirectory(work())) {
+            try (DirectoryStream<Path> jobs = Files.newDirectoryStream(work())) {
                 for (Path job : jobs) {
-                    removed += Files.isDirectory(job) ? 1 : 0;
+                    count += Files.isDirectory(job) ? 1 : 0;
                 }
             }
-            Trees.delete(work);
+            Files.move(work(), Files.createTempDirectory(trash, "").resolve("work"));
         }
-        return removed;
+        return count;
     }
 
-    /** Removes everything of the project; 1 when there were results. */
-    int deleteResults() throws IOException {
-        int removed = Files.isDirectory(results) ? 1 : 0;
+    /** Moves everything away; the number of working directories, and 1 when there were results. */
+    int discard(Path trash) throws IOException {
+        boolean results = Files.isDirectory(results()) || Files.isDirectory(state());
+        int count = discardWork(trash) + (results ? 1 : 0);
+        Files.move(root, Files.createTempDirectory(trash, "").resolve("project"));
+        return count;
+    }
+
+    /** Removes everything of the project. */
+    void deleteResults() throws IOException {
         Trees.delete(root);
-        return removed;
     }
 }

@@ -36,7 +36,7 @@ public final class ProjectInfo {
         return id;
     }
 
-    public synchronized void setId(int newId) {
+    synchronized void setId(int newId) {
         id = newId;
     }
 

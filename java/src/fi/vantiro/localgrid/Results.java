@@ -15,7 +15,7 @@ import java.util.stream.Collectors;
 
 /** The results of one project: one archive for each ended job. */
 public final class Results {
-    private final Path store;
+    private final ProjectDirectory project;
     private final Set<Integer> packed = new TreeSet<>();
     private final Map<Integer, Path> downloaded = new TreeMap<>();
     private final List<String> streamed = new ArrayList<>();
@@ -23,17 +23,21 @@ public final class Results {
     private Path unzipDir;
     private boolean stream;
 
-    Results(ProjectDirectory directory, Settings settings) {
-        store = directory.results();
+    Results(ProjectDirectory project, Settings settings) {
+        this.project = project;
         // Projects that share a directory of the settings must not overwrite each other's archives.
-        String own = "project-" + directory.number();
+        String own = "project-" + project.number();
         downloadDir = settings.downloadDir == null ? null : settings.downloadDir.resolve(own);
         unzipDir = settings.unzipDir == null ? null : settings.unzipDir.resolve(own);
     }
 
+    private Path store() {
+        return project.results();
+    }
+
     /** Packs the outputs of a job that has ended. */
     void add(int job, Path root, Collection<String> outputs) throws GridException, IOException {
-        Archives.pack(store.resolve(name(job)), root, outputs);
+        Archives.pack(store().resolve(name(job)), root, outputs);
         synchronized (this) {
             packed.add(job);
             if (stream) {
@@ -52,7 +56,7 @@ public final class Results {
 
     /** Where the archives are: the download directory, or the grid's own while there is none. */
     public synchronized Path directory() {
-        return downloadDir == null ? store : downloadDir;
+        return downloadDir == null ? store() : downloadDir;
     }
 
     /** Hands over each archive as soon as it is packed, those that are packed already included. */
@@ -106,7 +110,7 @@ public final class Results {
 
     private void download(int job) throws IOException {
         Path target = downloadDir.resolve(name(job));
-        Trees.copy(store.resolve(name(job)), target);
+        Trees.copy(store().resolve(name(job)), target);
         downloaded.put(job, target);
     }
 
@@ -140,7 +144,7 @@ public final class Results {
 
     /** One archive with the outputs of all jobs, each job's below a directory of its own. */
     public synchronized Path merged() throws IOException {
-        Path archive = store.resolve("results.zip");
+        Path archive = store().resolve("results.zip");
         merge(archive);
         return archive;
     }
@@ -148,14 +152,14 @@ public final class Results {
     synchronized void merge(Path archive) throws IOException {
         Map<String, Path> parts = new LinkedHashMap<>();
         for (int job : available()) {
-            parts.put("job-" + job, store.resolve(name(job)));
+            parts.put("job-" + job, store().resolve(name(job)));
         }
         Archives.merge(archive, parts);
     }
 
     private List<Integer> available() {
         return packed.stream()
-                .filter(job -> Files.exists(store.resolve(name(job))))
+                .filter(job -> Files.exists(store().resolve(name(job))))
                 .collect(Collectors.toList());
     }
 

@@ -13,10 +13,6 @@ final class Session {
         this.handle = handle;
     }
 
-    synchronized boolean isOpen() {
-        return open;
-    }
-
     synchronized void close() throws GridException {
         checkOpen();
         open = false;

@@ -10,13 +10,30 @@ import java.nio.file.Path;
 import java.nio.file.SimpleFileVisitor;
 import java.nio.file.StandardCopyOption;
 import java.nio.file.attribute.BasicFileAttributes;
+import java.nio.file.attribute.FileAttribute;
 import java.nio.file.attribute.PosixFilePermission;
+import java.nio.file.attribute.PosixFilePermissions;
 import java.util.Arrays;
 import java.util.Set;
 
 /** Operations on files and directory trees. */
 final class Trees {
+    private static final FileAttribute<?> PRIVATE =
+            PosixFilePermissions.asFileAttribute(PosixFilePermissions.fromString("rwx------"));
+
     private Trees() {}
+
+    /** Makes a directory unless it, or a link to one, is there. */
+    static void create(Path directory, FileAttribute<?>... attributes) throws IOException {
+        if (!Files.isDirectory(directory)) {
+            Files.createDirectories(directory, attributes);
+        }
+    }
+
+    /** The same; a directory that is made is its user's alone. */
+    static void createPrivate(Path directory) throws IOException {
+        create(directory, PRIVATE);
+    }
 
     /** Deletes a tree if it is there; links in it are removed, not followed. */
     static void delete(Path tree) throws IOException {
@@ -71,14 +88,14 @@ final class Trees {
 
     /** Copies one file with its permissions and times, making the directories above the target. */
     static void copy(Path source, Path target) throws IOException {
-        Files.createDirectories(target.getParent());
+        create(target.getParent());
         Files.copy(source, target, StandardCopyOption.REPLACE_EXISTING,
                 StandardCopyOption.COPY_ATTRIBUTES);
     }
 
     /** Puts a symbolic link to the source at the target. */
     static void link(Path source, Path target) throws IOException {
-        Files.createDirectories(target.getParent());
+        create(target.getParent());
         Files.deleteIfExists(target);
         Files.createSymbolicLink(target, source);
     }

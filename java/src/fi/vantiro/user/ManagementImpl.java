@@ -111,7 +111,7 @@ public final class ManagementImpl {
 
     /** 1 when the session is open and the grid home writable, else 0. */
     public int ready(int session) {
-        return grid.isReady(session) ? 1 : 0;
+        return errors.act(() -> grid.checkReady(session)) == Status.OK.code() ? 1 : 0;
     }
 
     /** Removes left-over working directories (0) and also results (1); how many directories. */
@@ -353,8 +353,8 @@ public final class ManagementImpl {
 
     /** Sets the id that jobs see of the project. */
     public int setProjectId(int project, int id) {
-        grid.project(project).info().setId(id);
-        return Status.OK.code();
+        Project owner = grid.project(project);
+        return errors.act(() -> owner.setId(id));
     }
 
     /** The number of the project's parameters. */

@@ -1,0 +1,110 @@
+// What the local grid keeps on disk: whose it is, what becomes of it, and who may read it.
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdio>
+
+#include "grid_test.h"
+
+namespace {
+
+class Files : public GridTest {
+ protected:
+  void SetUp() override {
+    umask(0);
+    GridTest::SetUp();
+    session = vantiro_open();
+    ASSERT_GT(session, 0) << last_error();
+  }
+
+  // A project whose one job has ended.
+  int ended_project(const char *line) {
+    const int project = vantiro_createEmptyProject(session, 0, "p");
+    EXPECT_EQ(vantiro_createProjectJobs(project, 1, line), 1) << last_error();
+    vantiro_markAllJobsCreated(project);
+    vantiro_startProject(project);
+    EXPECT_EQ(vantiro_waitCompletion(project), 0) << last_error();
+    return project;
+  }
+
+  // Starts another program on the same grid home, and comes back when it has got where it should.
+  void start_other(const std::string &what) {
+    other = popen(("exec '" OTHER_PROGRAM "' " + what + " '" + scratch + "'").c_str(), "r");
+    ASSERT_EQ(fscanf(other, "%d", &process), 1);
+  }
+
+  void kill_other() {
+    kill(process, SIGKILL);
+    pclose(other);
+  }
+
+  static mode_t mode(const std::string &file) {
+    struct stat status = {};
+    stat(file.c_str(), &status);
+    return status.st_mode & 07777;
+  }
+
+  static std::size_t count(const std::string &directory) {
+    return std::distance(fs::directory_iterator(directory), {});
+  }
+
+  int session = 0;
+  FILE *other = nullptr;
+  pid_t process = 0;
+};
+
+}  // namespace
+
+TEST_F(Files, OfALiveProgramAreLeftAloneAndThoseOfADeadOneRemoved) {
+  start_other("ended-project");
+  const std::string result = path("home/projects/1/results/job-1.zip");
+  ASSERT_TRUE(fs::exists(result));
+  EXPECT_EQ(vantiro_cleanup(session, 1), 0) << "it is another program's, which lives";
+  EXPECT_TRUE(fs::exists(result));
+  EXPECT_EQ(count(path("home/owners")), 2u);
+  const int project = vantiro_createEmptyProject(session, 0, "mine");
+  EXPECT_EQ(vantiro_setProjectId(project, 1), -4) << "a number is one project's";
+  kill_other();
+  EXPECT_EQ(vantiro_setProjectId(project, 1), 0) << last_error();
+  EXPECT_EQ(vantiro_cleanup(session, 1), 1);
+  EXPECT_EQ(count(path("home/projects")), 1u) << "this program's own project";
+  EXPECT_EQ(count(path("home/owners")), 1u);
+  EXPECT_EQ(count(path("home/removed")), 0u);
+}
+
+TEST_F(Files, ThatADyingProgramLeftAreRemoved) {
+  fs::create_directories(path("home/projects/77/results"));
+  const std::string reused = write("home/projects/78/owner", std::to_string(getpid()));
+  write("home/projects/78/work/job-1/file", "");
+  write("home/removed/1/file", "");
+  write("home/bundles/uploaded/a.jar.1.part", "");
+  EXPECT_EQ(vantiro_cleanup(session, 0), 2) << last_error();
+  EXPECT_FALSE(fs::exists(path("home/projects/77")));
+  EXPECT_TRUE(fs::exists(reused)) << "what had results is only removed when asked for";
+  EXPECT_FALSE(fs::exists(path("home/projects/78/work")));
+  EXPECT_EQ(count(path("home/bundles/uploaded")) + count(path("home/removed")), 0u);
+}
+
+TEST_F(Files, AreTheUsersAlone) {
+  ended_project("true");
+  for (const char *made : {"home", "home/projects", "home/owners", "home/projects/1"}) {
+    EXPECT_EQ(mode(path(made)), 0700u) << made;
+  }
+  if (getuid() == 0) {
+    ASSERT_EQ(chown(path("home").c_str(), 12345, 12345), 0);
+    EXPECT_EQ(vantiro_ready(session), 0);
+    EXPECT_TRUE(contains(last_error(), "belongs to 12345")) << last_error();
+  }
+}
+
+TEST_F(Files, ThatCannotBeWrittenMakeTheGridUnready) {
+  EXPECT_EQ(vantiro_ready(session), 1);
+  const rlimit none = {100, RLIM_INFINITY};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+  EXPECT_EQ(vantiro_ready(session), 0);
+  EXPECT_TRUE(contains(last_error(), "File too large")) << last_error();
+  EXPECT_EQ(vantiro_close(session), 0);
+  EXPECT_LT(vantiro_open(), 0);
+}
