@@ -75,4 +75,4 @@ esac
 mkdir -p "$logs" && foreign=$(find "$build" -maxdepth 1 ! -writable -print -quit) &&
   [ -z "$foreign" ] ||
   die "${foreign:-$build} cannot be written" \
-    "Use a clone of your own: git clone $root ANOTHER_FOLDER"
+    "Copy the tree to a folder of your own and run this there: cp -r $root ANOTHER_FOLDER"

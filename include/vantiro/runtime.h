@@ -19,7 +19,8 @@ extern "C" {
  * 1. the value of the key `JVMPATH` in the file `VantiroDLL.conf` beside this library, as it
  *    stands, found or not;
  * 2. below the directory that the environment variable `JAVA_HOME` names:
- *    `jre/lib/i386/server/`, `jre/i386/client/`, `lib/i386/server/`, `lib/i386/client/`;
+ *    `jre/lib/i386/server/`, `jre/i386/client/`, `lib/i386/server/`, `lib/i386/client/`; in a
+ *    64-bit library `lib/server/`, `jre/lib/amd64/server/`, `lib/amd64/server/`;
  * 3. vantiro_findJavaInPath();
  * 4. the dynamic loader's own search for `libjvm.so`.
  *
@@ -112,8 +113,9 @@ VANTIRO_API int vantiro_initWithoutFile(const char *s1, const char *s2, const ch
  *
  * Links to a launcher are followed, at most 40 in a row; a relative link is taken relative to the
  * current directory. Below the directory three levels above the launcher these are tried:
- * `jre/lib/i386/client/`, `jre/lib/i386/server/`, `lib/i386/client/`, `lib/i386/server/`. The
- * environment is left unchanged. Needs no runtime.
+ * `jre/lib/i386/client/`, `jre/lib/i386/server/`, `lib/i386/client/`, `lib/i386/server/`. In a 64-bit
+ * library it is the directory two levels above the launcher, with the places that are tried below
+ * `JAVA_HOME`. The environment is left unchanged. Needs no runtime.
  *
  * @param buffer  4096 bytes, receives the path of `libjvm.so`; without success, whatever path was
  *                tried last, or nothing

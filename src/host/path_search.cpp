@@ -21,7 +21,8 @@ constexpr int most_links = 40;
 bool find_beside_launcher(const Search &search) {
   char launcher[path_capacity];
   std::strcpy(launcher, search.path);
-  const char *const base = dirname(dirname(dirname(launcher)));
+  char *base = launcher;
+  for (int level = 0; level < levels_above_launcher; ++level) base = dirname(base);
   for (const std::string_view location : locations_below_launcher) {
     if (search.finds({base, "/", location})) return true;
   }

@@ -8,6 +8,28 @@
 
 namespace {
 
+// The places of each machine, in order, and where a launcher lies above them.
+#ifdef __i386__
+#define ARCHITECTURE "i386"
+const std::string bin = "jre/bin";
+const std::vector<std::string> below_java_home = {
+    "jre/lib/i386/server/libjvm.so", "jre/i386/client/libjvm.so", "lib/i386/server/libjvm.so",
+    "lib/i386/client/libjvm.so"};
+const std::vector<std::string> below_launcher = {
+    "jre/lib/i386/client/libjvm.so", "jre/lib/i386/server/libjvm.so", "lib/i386/client/libjvm.so",
+    "lib/i386/server/libjvm.so"};
+const std::string passed_over = "jre/lib/i386/client/libjvm.so";
+#else
+#define ARCHITECTURE "amd64"
+const std::string bin = "bin";
+const std::vector<std::string> below_java_home = {
+    "lib/server/libjvm.so", "jre/lib/amd64/server/libjvm.so", "lib/amd64/server/libjvm.so"};
+const std::vector<std::string> below_launcher = below_java_home;
+const std::string passed_over = "lib/i386/server/libjvm.so";
+#endif
+const std::string launcher = bin + "/java";
+const std::string place = below_launcher.back();
+
 class Discovery : public testing::Test {
  protected:
   Discovery() {
@@ -104,38 +126,32 @@ TEST_F(Discovery, ReadsLongLinesInPieces) {
 
 TEST_F(Discovery, AsksItsSourcesInOrder) {
   tree.file("conf/VantiroDLL.conf", "JVMPATH=/configured\n");
-  tree.file("home/lib/i386/client/libjvm.so");
-  tree.file("java/jre/bin/java");
-  tree.file("java/lib/i386/server/libjvm.so");
+  tree.file("home/" + below_java_home.back());
+  tree.file("java/" + launcher);
+  tree.file("java/" + place);
   setenv("JAVA_HOME", tree.path("home").c_str(), 1);
-  setenv("PATH", tree.path("java/jre/bin").c_str(), 1);
+  setenv("PATH", tree.path("java/" + bin).c_str(), 1);
   EXPECT_EQ(find(tree.path("conf")), "/configured");
-  EXPECT_EQ(find(), tree.path("home/lib/i386/client/libjvm.so"));
+  EXPECT_EQ(find(), tree.path("home/" + below_java_home.back()));
   setenv("JAVA_HOME", tree.path("none").c_str(), 1);
-  EXPECT_EQ(find(), tree.path("java/lib/i386/server/libjvm.so"));
+  EXPECT_EQ(find(), tree.path("java/" + place));
   unsetenv("JAVA_HOME");
-  EXPECT_EQ(find(), tree.path("java/lib/i386/server/libjvm.so"));
+  EXPECT_EQ(find(), tree.path("java/" + place));
   unsetenv("PATH");
   EXPECT_EQ(find(), "libjvm.so");
 }
 
 TEST_F(Discovery, TriesJavaHomeInOrder) {
   setenv("JAVA_HOME", tree.path().c_str(), 1);
-  expect_order(tree,
-               {"jre/lib/i386/server/libjvm.so", "jre/i386/client/libjvm.so",
-                "lib/i386/server/libjvm.so", "lib/i386/client/libjvm.so"},
-               [this] { return find(); });
-  tree.file("jre/lib/i386/client/libjvm.so");
+  expect_order(tree, below_java_home, [this] { return find(); });
+  tree.file(passed_over);
   EXPECT_EQ(find(), "libjvm.so");
 }
 
 TEST_F(Discovery, TriesBelowALauncherInOrder) {
-  tree.file("jre/bin/java");
-  expect_order(tree,
-               {"jre/lib/i386/client/libjvm.so", "jre/lib/i386/server/libjvm.so",
-                "lib/i386/client/libjvm.so", "lib/i386/server/libjvm.so"},
-               [this] { return search(tree.path("jre/bin")); });
-  EXPECT_EQ(search(tree.path("jre/bin")), "-1 " + tree.path("lib/i386/server/libjvm.so"));
+  tree.file(launcher);
+  expect_order(tree, below_launcher, [this] { return search(tree.path(bin)); });
+  EXPECT_EQ(search(tree.path(bin)), "-1 " + tree.path(place));
 }
 
 TEST_F(Discovery, PassesOverEntriesWithoutALauncher) {
@@ -146,18 +162,18 @@ TEST_F(Discovery, PassesOverEntriesWithoutALauncher) {
   tree.link("dangling/java", "nowhere");
   tree.link("cycle/java", "other");
   tree.link("cycle/other", "java");
-  tree.file("good/jre/bin/java");
-  tree.file("good/lib/i386/client/libjvm.so");
-  const std::string expected = "good/lib/i386/client/libjvm.so";
+  tree.file("good/" + launcher);
+  const std::string expected = "good/" + place;
+  tree.file(expected);
   for (const char *entry : {"a/regular/bin", "directory", "pipe", "dangling", "cycle", "none"}) {
-    EXPECT_EQ(search(tree.path(entry) + ":" + tree.path("good/jre/bin")), tree.path(expected));
+    EXPECT_EQ(search(tree.path(entry) + ":" + tree.path("good/" + bin)), tree.path(expected));
   }
-  EXPECT_EQ(search("::good/jre/bin:"), expected) << "relative, among empty entries";
+  EXPECT_EQ(search("::good/" + bin + ":"), expected) << "relative, among empty entries";
 }
 
 TEST_F(Discovery, FindsNothingWithoutEntries) {
   tree.file("java");
-  tree.file("lib/i386/client/libjvm.so");
+  tree.file(place);
   EXPECT_EQ(vantiro_findJavaInPath(buffer), -1);
   EXPECT_EQ(search(""), "-1 ");
   EXPECT_EQ(search(":::"), "-1 ") << "an empty entry is not the current directory";
@@ -165,48 +181,48 @@ TEST_F(Discovery, FindsNothingWithoutEntries) {
 }
 
 TEST_F(Discovery, FollowsLinksFromTheCurrentDirectory) {
-  tree.file("j6/jre/bin/java");
-  tree.file("j6/jre/lib/i386/client/libjvm.so");
-  tree.link("alternatives/java", tree.path("j6/jre/bin/java"));
+  tree.file("j6/" + launcher);
+  tree.file("j6/" + place);
+  tree.link("alternatives/java", tree.path("j6/" + launcher));
   tree.link("bin/java", tree.path("alternatives/java"));
-  EXPECT_EQ(search(tree.path("bin")), tree.path("j6/jre/lib/i386/client/libjvm.so"));
+  EXPECT_EQ(search(tree.path("bin")), tree.path("j6/" + place));
 
   // The kernel takes the target relative to the link's directory, and must find something too.
-  tree.link("here/java", "j6/jre/bin/java");
+  tree.link("here/java", "j6/" + launcher);
   EXPECT_EQ(search(tree.path("here")), "-1 " + tree.path("here/java"));
-  tree.file("here/j6/jre/bin/java");
-  EXPECT_EQ(search(tree.path("here")), "j6/jre/lib/i386/client/libjvm.so");
+  tree.file("here/j6/" + launcher);
+  EXPECT_EQ(search(tree.path("here")), "j6/" + place);
 }
 
 // The kernel, which is asked whether the launcher opens, follows as many.
 TEST_F(Discovery, FollowsAsManyLinksAsTheKernel) {
-  tree.file("jre/bin/java");
-  tree.file("lib/i386/client/libjvm.so");
-  tree.link("1/java", tree.path("jre/bin/java"));
+  tree.file(launcher);
+  tree.file(place);
+  tree.link("1/java", tree.path(launcher));
   for (int link = 2; link <= 41; ++link) {
     tree.link(std::to_string(link) + "/java", tree.path(std::to_string(link - 1) + "/java"));
   }
-  EXPECT_EQ(search(tree.path("40")), tree.path("lib/i386/client/libjvm.so"));
+  EXPECT_EQ(search(tree.path("40")), tree.path(place));
   EXPECT_EQ(search(tree.path("41")), "-1 " + tree.path("41/java"));
 }
 
 TEST_F(Discovery, AsksAboutEachPlaceInOrder) {
   static std::vector<std::string> asked;
-  tree.file("jre/bin/java");
+  tree.file(launcher);
   tree.file("VantiroDLL.conf", "JVMPATH=/x\n");
-  setenv("PATH", "none:jre/bin", 1);
+  setenv("PATH", ("none:" + bin).c_str(), 1);
   setenv("JAVA_HOME", "home", 1);
   const vantiro::Search noted{buffer, [](const char *path) {
                                 asked.push_back(path);
                                 return vantiro::opens_for_reading(path);
                               }};
   vantiro::find_runtime(noted, "elsewhere");
-  EXPECT_EQ(asked, (std::vector<std::string>{
-                       "home/jre/lib/i386/server/libjvm.so", "home/jre/i386/client/libjvm.so",
-                       "home/lib/i386/server/libjvm.so", "home/lib/i386/client/libjvm.so",
-                       "none/java", "jre/bin/java", "./jre/lib/i386/client/libjvm.so",
-                       "./jre/lib/i386/server/libjvm.so", "./lib/i386/client/libjvm.so",
-                       "./lib/i386/server/libjvm.so"}));
+  std::vector<std::string> expected;
+  for (const std::string &location : below_java_home) expected.push_back("home/" + location);
+  expected.push_back("none/java");
+  expected.push_back(launcher);
+  for (const std::string &location : below_launcher) expected.push_back("./" + location);
+  EXPECT_EQ(asked, expected);
 }
 
 TEST_F(Discovery, LeavesACircleThatTheKernelDoesNotSee) {
@@ -214,10 +230,9 @@ TEST_F(Discovery, LeavesACircleThatTheKernelDoesNotSee) {
   tree.link("p", "d/q");
   tree.link("d/q", "p");
   tree.file("d/p");
-  tree.file("jre/bin/java");
-  tree.file("lib/i386/client/libjvm.so");
-  EXPECT_EQ(search(tree.path("start") + ":" + tree.path("jre/bin")),
-            tree.path("lib/i386/client/libjvm.so"));
+  tree.file(launcher);
+  tree.file(place);
+  EXPECT_EQ(search(tree.path("start") + ":" + tree.path(bin)), tree.path(place));
 }
 
 TEST_F(Discovery, TakesPathsThatJustFitAndPassesOverLongerOnes) {
@@ -225,22 +240,25 @@ TEST_F(Discovery, TakesPathsThatJustFitAndPassesOverLongerOnes) {
   EXPECT_EQ(find(tree.path_of_length(4079)), "/configured");
   EXPECT_EQ(find(tree.path_of_length(4080)), "libjvm.so");
 
-  tree.file("jre/lib/i386/server/libjvm.so");
-  tree.file("lib/i386/server/libjvm.so");
-  setenv("JAVA_HOME", tree.path_of_length(4065).c_str(), 1);
-  EXPECT_EQ(find("/none"), tree.path_of_length(4065) + "/jre/lib/i386/server/libjvm.so");
-  setenv("JAVA_HOME", tree.path_of_length(4066).c_str(), 1);
-  EXPECT_EQ(find("/none"), tree.path_of_length(4066) + "/lib/i386/server/libjvm.so");
+  const std::string longer = "jre/lib/" ARCHITECTURE "/server/libjvm.so";
+  const std::string shorter = "lib/" ARCHITECTURE "/server/libjvm.so";
+  const std::size_t longest = 4095 - 1 - longer.size();
+  tree.file(longer);
+  tree.file(shorter);
+  setenv("JAVA_HOME", tree.path_of_length(longest).c_str(), 1);
+  EXPECT_EQ(find("/none"), tree.path_of_length(longest) + "/" + longer);
+  setenv("JAVA_HOME", tree.path_of_length(longest + 1).c_str(), 1);
+  EXPECT_EQ(find("/none"), tree.path_of_length(longest + 1) + "/" + shorter);
   unsetenv("JAVA_HOME");
 
-  tree.file("jre/bin/java");
-  const std::string found = tree.path("jre/lib/i386/server/libjvm.so");
-  EXPECT_EQ(search(tree.path_of_length(4090, "/jre/bin")), found);
+  tree.file(launcher);
+  const std::string found = tree.path(longer);
+  EXPECT_EQ(search(tree.path_of_length(4090, "/" + bin)), found);
   buffer[0] = '\0';
-  EXPECT_EQ(search(tree.path_of_length(4091, "/jre/bin")), "-1 ");
+  EXPECT_EQ(search(tree.path_of_length(4091, "/" + bin)), "-1 ");
   EXPECT_EQ(search(std::string(100000, 'x')), "-1 ");
   // The system makes no longer link.
-  tree.link("long/java", tree.path_of_length(4095, "/jre/bin/java"));
+  tree.link("long/java", tree.path_of_length(4095, "/" + launcher));
   EXPECT_EQ(search(tree.path("long")), found);
 }
 
