@@ -8,6 +8,8 @@ import java.util.Map;
 
 /** Checks of what callers hand in. */
 public final class Arguments {
+    private static final int MAX_TOLD = 200;
+
     private Arguments() {}
 
     /** The value itself, which must not be null. */
@@ -25,6 +27,13 @@ public final class Arguments {
             required(values[i], what + "[" + i + "]");
         }
         return values;
+    }
+
+    /** A text that may be long, cut in its middle to a length that can be read. */
+    static String shortened(String text) {
+        return text.length() <= MAX_TOLD ? text
+                                         : text.substring(0, MAX_TOLD / 2) + " ... "
+                        + text.substring(text.length() - MAX_TOLD / 2);
     }
 
     static boolean isEmpty(String text) {

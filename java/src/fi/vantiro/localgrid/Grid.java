@@ -17,7 +17,9 @@ public final class Grid {
     private final Plugins plugins;
     private final Scheduler scheduler;
     private final Changes changes = new Changes();
-    private final HandleTable handles = new HandleTable();
+    /** One for the whole virtual machine: a new initialiser does not lose what runs. */
+    private static final HandleTable HANDLES = new HandleTable();
+    private Keeper keeper;
 
     public Grid(Settings settings, LastError errors) {
         this.settings = settings;
@@ -32,8 +34,8 @@ public final class Grid {
     /** Opens a session; its handle. */
     public int open() throws GridException, IOException {
         home.check();
-        int handle = handles.next();
-        handles.put(handle, new Session(handle));
+        int handle = HANDLES.next();
+        HANDLES.put(handle, new Session(handle));
         return handle;
     }
 
@@ -57,7 +59,7 @@ public final class Grid {
     }
 
     private Session session(int handle) {
-        return handles.get(handle, Session.class, "session");
+        return HANDLES.get(handle, Session.class, "session");
     }
 
     /** Creates a project in a session. */
@@ -73,44 +75,44 @@ public final class Grid {
 
     private Project newProject(int priority, String name) throws GridException, IOException {
         Arguments.required(name, "the project's name");
-        int handle = handles.next();
+        int handle = HANDLES.next();
         Project project = new Project(handle, this, home.newProject(), priority, name);
-        handles.put(handle, project);
+        HANDLES.put(handle, project);
         return project;
     }
 
     public Project project(int handle) {
-        return handles.get(handle, Project.class, "project");
+        return HANDLES.get(handle, Project.class, "project");
     }
 
     /** Stops a project, deletes its files and forgets it. */
     public void removeProject(int handle) throws GridException, IOException, InterruptedException {
         Project project = project(handle);
-        if (!handles.remove(handle)) {
+        if (!HANDLES.remove(handle)) {
             return;
         }
         project.backgroundWait().stopIfWaiting();
         project.remove();
-        handles.all(Session.class).forEach(session -> session.projects().remove(project));
+        HANDLES.all(Session.class).forEach(session -> session.projects().remove(project));
     }
 
     /** Starts the description of a parallel-each run. */
     public PeachRun newPeachRun() throws GridException, IOException {
         Project project = newProject(0, "peach");
-        int handle = handles.next();
+        int handle = HANDLES.next();
         PeachRun run = new PeachRun(handle, this, project);
-        handles.put(handle, run);
+        HANDLES.put(handle, run);
         return run;
     }
 
     public PeachRun peachRun(int handle) {
-        return handles.get(handle, PeachRun.class, "peach");
+        return HANDLES.get(handle, PeachRun.class, "peach");
     }
 
     void forget(PeachRun run, boolean withProject)
             throws GridException, IOException, InterruptedException {
-        handles.remove(run.handle());
-        if (withProject && handles.find(run.projectHandle(), Project.class) != null) {
+        HANDLES.remove(run.handle());
+        if (withProject && HANDLES.find(run.projectHandle(), Project.class) != null) {
             removeProject(run.projectHandle());
         }
     }
@@ -136,16 +138,16 @@ public final class Grid {
 
     /** The figures of a session's projects, or of one project, for people. */
     public String statistics(int handle) {
-        Session session = handles.find(handle, Session.class);
+        Session session = HANDLES.find(handle, Session.class);
         List<Project> projects = new ArrayList<>();
         if (session == null) {
-            projects.add(handles.get(handle, Project.class, "session or project"));
+            projects.add(HANDLES.get(handle, Project.class, "session or project"));
         } else {
             projects.addAll(session.projects());
         }
         String title = session == null ? ""
                                        : "session " + handle + ": " + projects.size()
-                        + " projects, " + scheduler.processors() + " processors\n";
+                        + " projects, " + scheduler.places() + " processors\n";
         return title + projects.stream().map(Grid::statistics).collect(Collectors.joining("\n"));
     }
 
@@ -189,7 +191,7 @@ public final class Grid {
     }
 
     public int processors() {
-        return scheduler.processors();
+        return scheduler.places();
     }
 
     public VantiroManagerPlugin plugin(String name) {
@@ -209,20 +211,63 @@ public final class Grid {
      */
     public void unload(boolean stopJobs, boolean removeFiles)
             throws GridException, IOException, InterruptedException {
-        List<Project> projects = handles.all(Project.class);
-        for (Project project : projects) {
-            if (!stopJobs) {
+        if (!stopJobs && GridThreads.isCurrent()) {
+            throw new GridException(
+                    Status.WRONG_STATE, "a thread of the grid cannot wait for its jobs");
+        }
+        HANDLES.closeForNew();
+        try {
+            List<Project> projects = HANDLES.all(Project.class);
+            for (Project project : projects) {
+                if (!stopJobs) {
+                    project.awaitJobs();
+                }
+                project.requestStop();
+            }
+            for (Project project : projects) {
                 project.awaitJobs();
+                project.backgroundWait().stopIfWaiting();
             }
-            project.stop();
-            project.backgroundWait().stopIfWaiting();
-        }
-        handles.clear();
-        for (Project project : projects) {
+            HANDLES.clear();
             if (removeFiles) {
+                removeFiles(projects);
+            }
+        } finally {
+            HANDLES.openForNew();
+        }
+    }
+
+    /** One that cannot be removed does not keep the others. */
+    private static void removeFiles(List<Project> projects)
+            throws IOException, InterruptedException {
+        IOException failure = null;
+        for (Project project : projects) {
+            try {
                 project.remove();
+            } catch (IOException e) {
+                failure = e;
             }
         }
+        if (failure != null) {
+            throw failure;
+        }
+    }
+
+    /** The keeper of this grid's jobs, started when it is first needed or when it was ended. */
+    synchronized Keeper keeper() throws GridException, IOException {
+        if (keeper == null || keeper.isGone()) {
+            keeper = Keeper.start(ownerLock(), settings.jobCancelWait);
+        }
+        return keeper;
+    }
+
+    /** The keeper where a launcher finds it: beside the jobs, on whatever machine that is. */
+    Path farKeeper() throws GridException, IOException {
+        return settings.jobLauncher.isEmpty() ? Keeper.program() : Keeper.programIn(settings.home);
+    }
+
+    Path ownerLock() throws GridException, IOException {
+        return home.ownerLock();
     }
 
     Settings settings() {

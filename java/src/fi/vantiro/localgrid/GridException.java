@@ -31,6 +31,18 @@ public final class GridException extends Exception {
         return new GridException(Status.IO_ERROR, bare ? e.toString() : e.getMessage());
     }
 
+    /** What is said of any trouble; made without memory when there is none. */
+    static String text(Throwable trouble) {
+        if (trouble instanceof OutOfMemoryError) {
+            return "the Java runtime is out of memory or threads: give it more with "
+                    + "JAVA_TOOL_OPTIONS=-Xmx..., and detach threads that made many calls";
+        }
+        if (trouble instanceof IOException) {
+            return of((IOException) trouble).getMessage();
+        }
+        return trouble.getMessage() == null ? trouble.toString() : trouble.getMessage();
+    }
+
     /** The result code of the failure. */
     public Status status() {
         return status;

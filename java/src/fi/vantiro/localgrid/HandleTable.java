@@ -11,14 +11,30 @@ final class HandleTable {
     private static final AtomicInteger LAST = new AtomicInteger();
 
     private final Map<Integer, Object> objects = new ConcurrentHashMap<>();
+    private boolean closed;
 
     /** A number for an object that is yet to be made. */
     int next() {
         return LAST.incrementAndGet();
     }
 
-    void put(int handle, Object object) {
+    /** Adds an object; refused while all are being forgotten, when nobody could reach it again. */
+    synchronized void put(int handle, Object object) throws GridException {
+        if (closed) {
+            throw new GridException(Status.WRONG_STATE, "the grid is being unloaded");
+        }
         objects.put(handle, object);
+    }
+
+    synchronized void closeForNew() throws GridException {
+        if (closed) {
+            throw new GridException(Status.WRONG_STATE, "the grid is being unloaded already");
+        }
+        closed = true;
+    }
+
+    synchronized void openForNew() {
+        closed = false;
     }
 
     /** The object of that number when it is of the kind asked for, else null. */

@@ -2,8 +2,6 @@ package fi.vantiro.localgrid;
 
 import java.util.Arrays;
 import java.util.List;
-import java.util.concurrent.BlockingQueue;
-import java.util.concurrent.LinkedBlockingQueue;
 
 /** One job; its project guards the fields that change. */
 final class Job {
@@ -21,11 +19,10 @@ final class Job {
 
     final int number;
     final List<String> command;
-    /** Lines for the job's standard input, kept until it starts. */
-    final BlockingQueue<String> input = new LinkedBlockingQueue<>();
 
     State state = State.WAITING;
-    JobProcess process;
+    /** What runs the job, from when it has its turn. */
+    JobRun run;
     String failure;
 
     Job(int number, List<String> command) {

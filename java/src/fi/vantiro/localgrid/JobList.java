@@ -21,6 +21,12 @@ final class JobList {
         return job;
     }
 
+    /** Takes back the job that was added last. */
+    void removeLast() {
+        Job job = jobs.remove(jobs.size() - 1);
+        counts[job.state.ordinal()]--;
+    }
+
     int size() {
         return jobs.size();
     }

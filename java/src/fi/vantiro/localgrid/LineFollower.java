@@ -1,31 +1,35 @@
 package fi.vantiro.localgrid;
 
 import java.io.ByteArrayOutputStream;
-import java.io.Closeable;
 import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.channels.FileChannel;
 import java.nio.charset.StandardCharsets;
+import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.util.function.Consumer;
 
 /** Hands on the lines of a file while another process writes it. */
-final class LineFollower implements Closeable {
+final class LineFollower {
     /** A longer line is handed on in pieces, so that no output can fill the memory. */
     private static final int MAX_LINE = 1 << 16;
 
-    private final FileChannel file;
+    private final Path path;
     private final Consumer<String> lines;
     private final ByteBuffer buffer = ByteBuffer.allocate(1 << 13);
     private final ByteArrayOutputStream line = new ByteArrayOutputStream();
+    private FileChannel file;
 
-    LineFollower(Path path, Consumer<String> lines) throws IOException {
-        this.file = FileChannel.open(path);
+    LineFollower(Path path, Consumer<String> lines) {
+        this.path = path;
         this.lines = lines;
     }
 
     /** Hands on the lines that were completed since the last call. */
-    void poll() throws IOException {
+    synchronized void poll() throws IOException {
+        if (file == null && !open()) {
+            return;
+        }
         while (file.read(buffer) > 0) {
             buffer.flip();
             while (buffer.hasRemaining()) {
@@ -41,21 +45,30 @@ final class LineFollower implements Closeable {
         }
     }
 
-    /** Hands on the rest, also a last line without its end. */
-    void finish() throws IOException {
+    private boolean open() throws IOException {
+        try {
+            file = FileChannel.open(path);
+            return true;
+        } catch (NoSuchFileException e) {
+            // The job has not begun.
+            return false;
+        }
+    }
+
+    /** Hands on the rest, also a last line without its end, and closes the file. */
+    synchronized void finish() throws IOException {
         poll();
         if (line.size() > 0) {
             deliver();
         }
+        if (file != null) {
+            file.close();
+        }
     }
 
     private void deliver() {
-        lines.accept(new String(line.toByteArray(), StandardCharsets.UTF_8));
+        String text = new String(line.toByteArray(), StandardCharsets.UTF_8);
         line.reset();
-    }
-
-    @Override
-    public void close() throws IOException {
-        file.close();
+        lines.accept(text);
     }
 }

@@ -280,7 +280,7 @@ public final class PeachRun implements JobHooks {
     private void end(boolean withProject) throws GridException, IOException, InterruptedException {
         boolean unused;
         synchronized (this) {
-            if (phase == Phase.EXECUTING && Scheduler.isJobThread()) {
+            if (phase == Phase.EXECUTING && GridThreads.isCurrent()) {
                 throw new GridException(Status.WRONG_STATE,
                         "peach run " + handle + " cannot be ended by a thread that runs a job");
             }

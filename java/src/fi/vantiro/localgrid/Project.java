@@ -1,7 +1,10 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
+import java.nio.file.Path;
+import java.util.ArrayDeque;
 import java.util.ArrayList;
+import java.util.Deque;
 import java.util.List;
 import java.util.Locale;
 import java.util.Map;
@@ -25,7 +28,8 @@ public final class Project {
     private JobHooks hooks = JobHooks.NONE;
 
     private final JobList jobs = new JobList();
-    private final List<List<String>> cached = new ArrayList<>();
+    private final Deque<List<String>> cached = new ArrayDeque<>();
+    private final LineFollowers followers = new LineFollowers();
     private boolean started;
     private boolean allCreated;
     private boolean stopped;
@@ -92,14 +96,25 @@ public final class Project {
     public synchronized int createJob(List<String> command) throws GridException {
         checkAccepts(command);
         Job job = jobs.add(new ArrayList<>(command));
-        if (started) {
-            submit(job);
+        boolean submitted = false;
+        try {
+            if (started) {
+                submit(job);
+            }
+            submitted = true;
+        } finally {
+            if (!submitted) {
+                jobs.removeLast();
+            }
         }
         return job.number;
     }
 
     /** Creates one job for each line, which the shell runs; the number of lines. */
     public synchronized int createJobs(String[] lines) throws GridException {
+        for (String line : lines) {
+            checkAccepts(Job.shellLine(line));
+        }
         for (String line : lines) {
             createJob(Job.shellLine(line));
         }
@@ -116,10 +131,10 @@ public final class Project {
     /** Creates the jobs kept aside; how many. */
     public synchronized int flushCachedJobs() throws GridException {
         int count = cached.size();
-        for (List<String> command : cached) {
-            createJob(command);
+        while (!cached.isEmpty()) {
+            createJob(cached.element());
+            cached.remove();
         }
-        cached.clear();
         return count;
     }
 
@@ -127,6 +142,7 @@ public final class Project {
         if (command.isEmpty() || command.get(0).isEmpty()) {
             throw new IllegalArgumentException("a job needs a command");
         }
+        command.forEach(NativeText::bytes);
         if (allCreated || stopped) {
             throw wrongState(stopped ? "was stopped" : "has all its jobs created already");
         }
@@ -141,49 +157,60 @@ public final class Project {
         changed();
     }
 
-    /** Lets the jobs run. */
-    public synchronized void start() throws GridException {
+    /** Lets the jobs run; a start that failed has changed nothing. */
+    public synchronized void start() throws GridException, IOException {
         if (started || stopped) {
             throw wrongState(stopped ? "was stopped" : "is started already");
         }
-        started = true;
-        startedAt = System.nanoTime();
-        jobs.forEach(this::submit);
+        grid.keeper();
+        grid.scheduler().startThreads();
+        boolean submitted = false;
+        try {
+            started = true;
+            startedAt = System.nanoTime();
+            jobs.forEach(this::submit);
+            submitted = true;
+        } finally {
+            if (!submitted) {
+                started = false;
+                scheduler().drop(this);
+            }
+        }
         changed();
     }
 
     private void submit(Job job) {
-        grid.scheduler().submit(info.priority(), new JobRunner(this, job));
+        scheduler().submit(info.priority(), new JobRun(this, job));
     }
 
-    /** Kills the running jobs and drops the waiting ones. */
-    public void stop() throws IOException, InterruptedException {
-        List<JobProcess> running = new ArrayList<>();
-        synchronized (this) {
-            if (isCompleted()) {
-                return;
-            }
-            stopped = true;
-            jobs.forEach(job -> {
-                if (job.state == Job.State.WAITING) {
-                    move(job, Job.State.STOPPED);
-                } else if (job.process != null) {
-                    running.add(job.process);
-                }
-            });
-            changed();
-        }
-        for (JobProcess process : running) {
-            process.kill();
-        }
+    /** Has the running jobs killed and drops the waiting ones. */
+    public void stop() throws InterruptedException {
+        requestStop();
         awaitJobs();
+    }
+
+    /** The same, without waiting for the jobs to end. */
+    synchronized void requestStop() {
+        if (isCompleted()) {
+            return;
+        }
+        stopped = true;
+        scheduler().drop(this);
+        jobs.forEach(job -> {
+            if (job.run != null) {
+                job.run.stop();
+            } else if (job.state == Job.State.WAITING) {
+                move(job, Job.State.STOPPED);
+            }
+        });
+        changed();
     }
 
     /** Stops the project and deletes its files, at once or when the last of its jobs has ended. */
     void remove() throws IOException, InterruptedException {
         stop();
         synchronized (this) {
-            if (jobs.count(Job.State.RUNNING) > 0) {
+            if (jobs.ended() < jobs.size()) {
                 removed = true;
                 return;
             }
@@ -191,9 +218,9 @@ public final class Project {
         directory.deleteResults();
     }
 
-    /** Waits for the jobs that were let run; a thread that runs a job does not wait. */
+    /** Waits for the jobs that were let run; a thread of the grid does not wait. */
     synchronized void awaitJobs() throws InterruptedException {
-        while (started && jobs.ended() < jobs.size() && !Scheduler.isJobThread()) {
+        while (started && jobs.ended() < jobs.size() && !GridThreads.isCurrent()) {
             wait();
         }
     }
@@ -203,7 +230,7 @@ public final class Project {
         if (!stopped && !(started && allCreated)) {
             throw wrongState(started ? "is not marked as having all its jobs" : "is not started");
         }
-        if (Scheduler.isJobThread()) {
+        if (GridThreads.isCurrent()) {
             throw wrongState("cannot be waited for by a thread that runs a job");
         }
         while (!isCompleted()) {
@@ -226,13 +253,18 @@ public final class Project {
     }
 
     /** Hands a line to the standard input of a job that has not ended. */
-    public synchronized void sendToJob(long number, String text) throws GridException {
+    public synchronized void sendToJob(long number, String text) throws GridException, IOException {
         Job job = jobs.get(number);
+        Arguments.required(text, "the parameter");
         if (job.state.ended()) {
             throw new GridException(
                     Status.WRONG_STATE, "job " + number + " of " + this + " has ended");
         }
-        job.input.add(Arguments.required(text, "the parameter"));
+        if (job.run != null) {
+            job.run.send(text);
+        } else {
+            directory.job(job.number).addInput(text);
+        }
     }
 
     public synchronized boolean isJobCompleted(long number) {
@@ -285,33 +317,51 @@ public final class Project {
     }
 
     /** The variables that each job finds in its environment. */
-    synchronized Map<String, String> environment(Job job) {
+    synchronized Map<String, String> environment(Job job) throws GridException, IOException {
         Map<String, String> variables = info.environment();
         variables.put("VANTIRO_JOB", String.valueOf(job.number));
         variables.put("VANTIRO_JOBS", String.valueOf(jobs.size()));
+        variables.put("VANTIRO_WORKDIR", directory.work(job.number).toString());
+        variables.put("VANTIRO_NAME",
+                "vantiro-" + grid.ownerLock().getFileName() + "-" + directory.number() + "-"
+                        + job.number);
         variables.put("TMPDIR", grid.settings().tempDir.toString());
         return variables;
     }
 
-    /** Claims a waiting job for the calling thread; false when it is not to run any more. */
-    synchronized boolean begin(Job job) {
+    /** Gives a waiting job its turn; false when it is not to run any more. */
+    synchronized boolean begin(Job job, JobRun run) {
         if (job.state != Job.State.WAITING) {
             return false;
         }
-        move(job, Job.State.RUNNING);
-        changed();
+        job.run = run;
         return true;
     }
 
-    /** Makes known what is to be killed when the project is stopped. */
-    void attach(Job job, JobProcess process) throws IOException, InterruptedException {
-        synchronized (this) {
-            job.process = process;
-            if (!stopped) {
-                return;
-            }
+    /** Takes note that a job's own command runs. */
+    synchronized void started(Job job) {
+        if (job.state == Job.State.WAITING) {
+            move(job, Job.State.RUNNING);
+            changed();
         }
-        process.kill();
+    }
+
+    /** Leaves word of a job for its keeper. */
+    void writeJobFile(JobFile file, Path work, Map<String, String> environment,
+            List<String> command) throws GridException, IOException {
+        file.write(work, settings(), grid.ownerLock(), grid.farKeeper(), environment, command);
+    }
+
+    Keeper keeper() throws GridException, IOException {
+        return grid.keeper();
+    }
+
+    Scheduler scheduler() {
+        return grid.scheduler();
+    }
+
+    LineFollowers followers() {
+        return followers;
     }
 
     synchronized void addCpuTime(long millis) {
@@ -328,27 +378,45 @@ public final class Project {
 
     /** Takes note of the end of a job; a failure of null is success. */
     void end(Job job, String failure) {
-        synchronized (this) {
-            job.process = null;
+        while (!isEndNoted(job, failure)) {
+            GridThreads.awaitMemory();
+        }
+        if (isRemovedAndOver()) {
+            try {
+                directory.deleteResults();
+            } catch (IOException e) {
+                report("cannot remove its files", e);
+            }
+        }
+    }
+
+    private boolean isEndNoted(Job job, String failure) {
+        try {
+            noteEnd(job, failure);
+            return true;
+        } catch (OutOfMemoryError e) {
+            return false;
+        }
+    }
+
+    private synchronized void noteEnd(Job job, String failure) {
+        job.run = null;
+        if (!job.state.ended()) {
+            if (failure != null && !stopped) {
+                job.failure = "job " + job.number + " of " + this
+                        + " failed: " + Arguments.shortened(job.commandText()) + ": " + failure;
+                grid.errors().record(new GridException(Status.JOB_FAILED, job.failure));
+            }
             move(job,
                     failure == null   ? Job.State.COMPLETED
                             : stopped ? Job.State.STOPPED
                                       : Job.State.FAILED);
-            if (job.state == Job.State.FAILED) {
-                job.failure = "job " + job.number + " of " + this + " failed: " + job.commandText()
-                        + ": " + failure;
-                grid.errors().record(new GridException(Status.JOB_FAILED, job.failure));
-            }
-            changed();
-            if (!removed || jobs.count(Job.State.RUNNING) > 0) {
-                return;
-            }
         }
-        try {
-            directory.deleteResults();
-        } catch (IOException e) {
-            report("cannot remove its files", e);
-        }
+        changed();
+    }
+
+    private synchronized boolean isRemovedAndOver() {
+        return removed && jobs.ended() == jobs.size();
     }
 
     private void move(Job job, Job.State state) {
@@ -374,6 +442,12 @@ public final class Project {
         GridException failure = GridException.of(e);
         grid.errors().record(new GridException(
                 failure.status(), this + ": " + what + ": " + failure.getMessage()));
+    }
+
+    /** Remembers something to tell that is no failure of a call. */
+    void report(String what) {
+        LOG.warning(this + ": " + what);
+        grid.errors().record(new GridException(Status.IO_ERROR, this + ": " + what));
     }
 
     private GridException wrongState(String what) {

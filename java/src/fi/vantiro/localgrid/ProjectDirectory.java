@@ -48,9 +48,9 @@ final class ProjectDirectory {
         return work().resolve("job-" + job);
     }
 
-    /** Where the shell leaves the processor time of a job. */
-    Path times(int job) {
-        return work().resolve("job-" + job + ".times");
+    /** The file that tells its keeper about a job. */
+    JobFile job(int job) {
+        return new JobFile(work().resolve("job-" + job + ".job"));
     }
 
     Path results() {

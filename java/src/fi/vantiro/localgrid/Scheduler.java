@@ -1,66 +1,100 @@
 package fi.vantiro.localgrid;
 
-import java.util.concurrent.PriorityBlockingQueue;
+import java.util.Comparator;
+import java.util.PriorityQueue;
+import java.util.concurrent.LinkedBlockingQueue;
 import java.util.concurrent.ThreadPoolExecutor;
 import java.util.concurrent.TimeUnit;
-import java.util.concurrent.atomic.AtomicLong;
 
-/** Runs as many jobs at once as there are processors: higher priority first, then first come. */
+/** Lets so many jobs run at once as there are places: higher priority first, then first come. */
 final class Scheduler {
-    private static final int IDLE_SECONDS = 5;
+    /** Threads prepare jobs and collect their results; while a job runs it needs none. */
+    private static final int MOST_THREADS = 2 * Runtime.getRuntime().availableProcessors();
 
-    private final AtomicLong submitted = new AtomicLong();
-    private final ThreadPoolExecutor workers;
+    private final int places;
+    private int taken;
+    private long submitted;
+    private final PriorityQueue<Entry> waiting = new PriorityQueue<>();
+    private final ThreadPoolExecutor threads;
 
-    Scheduler(int processors) {
-        workers = new ThreadPoolExecutor(processors, processors, IDLE_SECONDS, TimeUnit.SECONDS,
-                new PriorityBlockingQueue<>(), JobThread::new);
-        workers.allowCoreThreadTimeOut(true);
+    Scheduler(int places) {
+        this.places = places;
+        int count = Math.min(places, Math.max(2, MOST_THREADS));
+        threads = new ThreadPoolExecutor(count, count, 0, TimeUnit.SECONDS,
+                new LinkedBlockingQueue<>(), work -> GridThreads.make("vantiro-job", work));
     }
 
-    /**
-     * Whether the calling thread runs a job, as it does in a receiver of intermediate results. Such
-     * a thread must not wait for jobs, which may be waiting for it.
-     */
-    static boolean isJobThread() {
-        return Thread.currentThread() instanceof JobThread;
+    int places() {
+        return places;
     }
 
-    int processors() {
-        return workers.getCorePoolSize();
+    /** Makes sure that jobs can run; a thread that is missing then would be missed for ever. */
+    void startThreads() {
+        threads.prestartAllCoreThreads();
     }
 
-    void submit(int priority, Runnable work) {
-        workers.execute(new Entry(priority, submitted.incrementAndGet(), work));
+    synchronized void submit(int priority, JobRun run) {
+        waiting.add(new Entry(priority, ++submitted, run));
+        fill();
     }
 
-    private static final class JobThread extends Thread {
-        JobThread(Runnable work) {
-            super(work, "vantiro-job");
-            setDaemon(true);
+    /** Forgets what a project has waiting. */
+    synchronized void drop(Project project) {
+        waiting.removeIf(entry -> entry.run.project() == project);
+    }
+
+    /** Gives the place of a job that has ended to the next. */
+    void release() {
+        giveBack();
+        while (!isFilled()) {
+            GridThreads.awaitMemory();
         }
     }
 
-    private static final class Entry implements Runnable, Comparable<Entry> {
+    private synchronized void giveBack() {
+        taken--;
+    }
+
+    private synchronized boolean isFilled() {
+        try {
+            fill();
+            return true;
+        } catch (OutOfMemoryError e) {
+            return false;
+        }
+    }
+
+    /** Has a job that has its place go on. */
+    void resume(JobRun run) {
+        threads.execute(run);
+    }
+
+    private void fill() {
+        while (taken < places && !waiting.isEmpty()) {
+            threads.execute(waiting.element().run);
+            waiting.remove();
+            taken++;
+        }
+    }
+
+    private static final class Entry implements Comparable<Entry> {
+        private static final Comparator<Entry> ORDER =
+                Comparator.<Entry>comparingInt(entry -> - entry.priority)
+                        .thenComparingLong(entry -> entry.number);
+
         private final int priority;
         private final long number;
-        private final Runnable work;
+        private final JobRun run;
 
-        Entry(int priority, long number, Runnable work) {
+        Entry(int priority, long number, JobRun run) {
             this.priority = priority;
             this.number = number;
-            this.work = work;
-        }
-
-        @Override
-        public void run() {
-            work.run();
+            this.run = run;
         }
 
         @Override
         public int compareTo(Entry other) {
-            int order = Integer.compare(other.priority, priority);
-            return order == 0 ? Long.compare(number, other.number) : order;
+            return ORDER.compare(this, other);
         }
     }
 }

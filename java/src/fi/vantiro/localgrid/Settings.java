@@ -23,10 +23,15 @@ public final class Settings {
     public static final String UNZIP_DIR = "unzip.dir";
     public static final String JOB_TIMEOUT = "job.timeout";
     public static final String KEEP_WORK = "keep.work";
+    private static final String JOB_LAUNCHER = "job.launcher";
+    private static final String JOB_CANCEL = "job.cancel";
+    private static final String JOB_CANCEL_WAIT = "job.cancel.wait";
+    private static final int CANCEL_SECONDS = 5;
     private static final String PASSWORD = "grid.password";
 
-    private static final List<String> KEYS = Arrays.asList(HOME, LOGIN, TEMP_DIR, PROCESSORS,
-            LOG_LEVEL, DOWNLOAD_DIR, UNZIP_DIR, JOB_TIMEOUT, KEEP_WORK, PASSWORD);
+    private static final List<String> KEYS =
+            Arrays.asList(HOME, LOGIN, TEMP_DIR, PROCESSORS, LOG_LEVEL, DOWNLOAD_DIR, UNZIP_DIR,
+                    JOB_TIMEOUT, KEEP_WORK, JOB_LAUNCHER, JOB_CANCEL, JOB_CANCEL_WAIT, PASSWORD);
     private static final String PLUGIN = "plugin.";
     private static final String DEFAULT_FILE = "vantiro.properties";
 
@@ -39,6 +44,12 @@ public final class Settings {
     final Path unzipDir;
     final int jobTimeout;
     final boolean keepWork;
+    /** What is put before each job's command to have it run elsewhere; empty for nothing. */
+    final String jobLauncher;
+    /** What ends a job that a launcher left behind; empty for nothing. */
+    final String jobCancel;
+    /** Seconds that a launcher and the line that cancels have to end by themselves. */
+    final int jobCancelWait;
     /** The values of each plug-in by its name, its class among them. */
     final Map<String, Map<String, String>> plugins = new LinkedHashMap<>();
 
@@ -51,13 +62,16 @@ public final class Settings {
         if (!Files.isDirectory(tempDir)) {
             throw bad(TEMP_DIR, tempDir.toString(), "an existing directory");
         }
-        int count = number(values, PROCESSORS);
+        int count = number(values, PROCESSORS, 0);
         processors = count == 0 ? Runtime.getRuntime().availableProcessors() : count;
         logLevel = Log.level(text(values, LOG_LEVEL, Level.WARNING.getName()));
         downloadDir = directory(values, DOWNLOAD_DIR);
         unzipDir = directory(values, UNZIP_DIR);
-        jobTimeout = number(values, JOB_TIMEOUT);
+        jobTimeout = number(values, JOB_TIMEOUT, 0);
         keepWork = flag(values, KEEP_WORK);
+        jobLauncher = text(values, JOB_LAUNCHER, "");
+        jobCancel = text(values, JOB_CANCEL, "");
+        jobCancelWait = number(values, JOB_CANCEL_WAIT, CANCEL_SECONDS);
     }
 
     /** What holds when nothing is set. */
@@ -149,8 +163,8 @@ public final class Settings {
         return value.isEmpty() ? null : Arguments.path(value);
     }
 
-    private static int number(Properties values, String key) throws GridException {
-        String value = text(values, key, "0");
+    private static int number(Properties values, String key, int fallback) throws GridException {
+        String value = text(values, key, String.valueOf(fallback));
         try {
             int number = Integer.parseInt(value);
             if (number >= 0) {

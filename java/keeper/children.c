@@ -1,0 +1,89 @@
+// Children: whoever loses its parent below the keeper becomes the keeper's own child, so killing
+// children until there are none ends every process that a job ever started.
+
+#include <ctype.h>
+#include <dirent.h>
+#include <errno.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <time.h>
+#include <unistd.h>
+
+#include "keeper.h"
+
+// A process that hangs in the kernel does not end before the kernel lets it.
+enum { PATIENCE_MS = 10000, PAUSE_MS = 1 };
+
+long now_ms(void) {
+  struct timespec now;
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return now.tv_sec * 1000 + now.tv_nsec / 1000000;
+}
+
+static long milliseconds(struct timeval time) { return time.tv_sec * 1000 + time.tv_usec / 1000; }
+
+static pid_t reap(int *status, int flags, long *cpu_ms) {
+  struct rusage usage;
+  pid_t child = wait4(-1, status, flags, &usage);
+  if (child > 0) *cpu_ms += milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+  return child;
+}
+
+bool children_reap(pid_t wanted, int *status, long *cpu_ms) {
+  bool found = false;
+  int raw;
+  for (pid_t child; (child = reap(&raw, WNOHANG, cpu_ms)) > 0;) {
+    if (child != wanted) continue;
+    found = true;
+    *status = WIFSIGNALED(raw) ? 128 + WTERMSIG(raw) : WEXITSTATUS(raw);
+  }
+  return found;
+}
+
+static pid_t parent_of(const char *process) {
+  char path[64], text[512];
+  snprintf(path, sizeof path, "/proc/%s/stat", process);
+  int file = open(path, O_RDONLY | O_CLOEXEC);
+  if (file < 0) return -1;
+  ssize_t length = read(file, text, sizeof text - 1);
+  close(file);
+  if (length <= 0) return -1;
+  text[length] = '\0';
+  // The name in brackets may hold anything, brackets included.
+  const char *end = strrchr(text, ')');
+  char state;
+  int parent;
+  return end && sscanf(end + 1, " %c %d", &state, &parent) == 2 ? parent : -1;
+}
+
+int children_kill_once(bool (*spared)(pid_t)) {
+  int killed = 0;
+  DIR *processes = opendir("/proc");
+  if (!processes) return 0;
+  for (struct dirent *entry; (entry = readdir(processes));) {
+    pid_t process = (pid_t)atoi(entry->d_name);
+    if (!isdigit((unsigned char)entry->d_name[0]) || parent_of(entry->d_name) != getpid() ||
+        (spared && spared(process))) {
+      continue;
+    }
+    if (kill(process, SIGKILL) == 0) killed++;
+  }
+  closedir(processes);
+  return killed;
+}
+
+void children_kill(long *cpu_ms) {
+  for (long end = now_ms() + PATIENCE_MS; now_ms() < end;) {
+    int status;
+    pid_t child;
+    while ((child = reap(&status, WNOHANG, cpu_ms)) > 0) continue;
+    if (child < 0 || children_kill_once(NULL) == 0) return;
+    const struct timespec pause = {0, PAUSE_MS * 1000000L};
+    nanosleep(&pause, NULL);
+  }
+}

@@ -1,0 +1,34 @@
+package fi.vantiro.localgrid;
+
+import java.util.Locale;
+
+/** How a job ended, as its keeper tells it. */
+final class JobOutcome {
+    /** The keeper itself was ended; it takes its jobs with it. */
+    static final JobOutcome UNKEPT =
+            new JobOutcome(Ending.FAILED, 0, 0, Keeper.NAME + ", which looks after it, was ended");
+
+    /** The words of the keeper. */
+    enum Ending { EXITED, TIMEOUT, STOPPED, LOST, FAILED }
+
+    final Ending ending;
+    /** The exit status of the job, or of its launcher when the job is lost. */
+    final int status;
+    final long cpuMillis;
+    /** Why it could not be run; empty otherwise. */
+    final String why;
+
+    private JobOutcome(Ending ending, int status, long cpuMillis, String why) {
+        this.ending = ending;
+        this.status = status;
+        this.cpuMillis = cpuMillis;
+        this.why = why;
+    }
+
+    /** Reads "word status milliseconds why". */
+    static JobOutcome parse(String text) {
+        String[] words = text.split(" ", 4);
+        return new JobOutcome(Ending.valueOf(words[0].toUpperCase(Locale.ROOT)),
+                Integer.parseInt(words[1]), Long.parseLong(words[2]), words[3]);
+    }
+}
