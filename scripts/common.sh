@@ -41,11 +41,14 @@ read_preset() {
   options=("$@")
   case ${1:-} in
     '' | -* | [0-9]*) return ;;
-    x86 | native | sanitize) preset=$1 ;;
-    *) die "there is no kind of build called '$1'" "There are x86, native and sanitize." ;;
+    x86 | native | sanitize | threads) preset=$1 ;;
+    *) die "there is no kind of build called '$1'" "There are x86, native, sanitize and threads." ;;
   esac
   options=("${@:2}")
 }
+
+# Whether `preset` has this machine's own word size.
+is_native() { [ "$preset" = native ] || [ "$preset" = threads ]; }
 
 # One script at a time sets up and builds in a clone; a second one waits for what the first brings.
 # The lock ends with the process that took it and with those that it started.

@@ -8,6 +8,17 @@
 
 namespace vantiro {
 
+// The parallel-each object and the callback may be replaced while other threads use them: each
+// finds the old one or the new one, whole.
+template <typename Pointer>
+Pointer load(Pointer &variable) {
+  return __atomic_load_n(&variable, __ATOMIC_ACQUIRE);
+}
+template <typename Pointer>
+void store(Pointer &variable, Pointer value) {
+  __atomic_store_n(&variable, value, __ATOMIC_RELEASE);
+}
+
 // A Java object that is called, and the class on which its methods are looked up.
 struct Target {
   jobject object;
@@ -15,7 +26,7 @@ struct Target {
 };
 
 inline Target management_object() { return {sgc, cls}; }
-inline Target peach_object() { return {pwobj, pwcls}; }
+inline Target peach_object() { return {load(pwobj), load(pwcls)}; }
 
 // Whether the target is there and the runtime is started.
 inline bool ready(Target target) { return target.object && target.type && env; }

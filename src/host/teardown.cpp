@@ -12,8 +12,8 @@ template <typename... Flags>
 int unload(Flags... flags) {
   const Target target = management_object();
   if (!ready(target)) return VANTIRO_ERROR_NOT_INITIALIZED;
-  pwcls = nullptr;
-  pwobj = nullptr;
+  store<jclass>(pwcls, nullptr);
+  store<jobject>(pwobj, nullptr);
   return management::call(Int{}, "unload", flags...);
 }
 

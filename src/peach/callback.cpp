@@ -40,7 +40,7 @@ int vantiro_peach_setIntermediateResultHandler(int handle, void (*callback)(cons
   const int status =
       clear_then_test(jni, target, Void{}, "setIntermediateResultHandler", handle, handler);
   // Stored last: results must not reach a function whose registration Java refused.
-  if (status == VANTIRO_OK) vantiro_peach_intermediate_callback_fun = callback;
+  if (status == VANTIRO_OK) store(vantiro_peach_intermediate_callback_fun, callback);
   return status;
 }
 
@@ -51,6 +51,6 @@ void vantiro_peach_intermediate_callback(JNIEnv *jni, jobject, jstring text) {
     if (text) jni->ExceptionClear();
     return;
   }
-  void (*const callback)(const char *) = vantiro_peach_intermediate_callback_fun;
+  void (*const callback)(const char *) = load(vantiro_peach_intermediate_callback_fun);
   if (callback) callback(result.get());
 }

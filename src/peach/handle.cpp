@@ -9,19 +9,21 @@ using PeachWrapper = Reference<"Lfi/vantiro/user/PeachWrapper;">;
 namespace {
 
 // Obtains the parallel-each object from the management object, and keeps it for every thread.
-int fetch_peach_object(JNIEnv *jni, Target management) {
+int fetch_peach_object(JNIEnv *jni, Target management, Target &peach) {
   const jmethodID method =
       jni->GetMethodID(management.type, "getPeachWrapper", descriptor<PeachWrapper>());
   jni->ExceptionClear();
   if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
-  pwcls = share(jni, jni->FindClass("fi/vantiro/user/PeachWrapper"));
-  if (!pwcls) {
+  peach.type = share(jni, jni->FindClass("fi/vantiro/user/PeachWrapper"));
+  store(pwcls, peach.type);
+  if (!peach.type) {
     threw(jni);
     return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
   }
   const jobject wrapper = PeachWrapper::call(jni, management.object, method);
-  pwobj = threw(jni) ? nullptr : share(jni, wrapper);
-  return pwobj ? VANTIRO_OK : VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
+  peach.object = threw(jni) ? nullptr : share(jni, wrapper);
+  store(pwobj, peach.object);
+  return peach.object ? VANTIRO_OK : VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
 }
 
 }  // namespace
@@ -30,11 +32,13 @@ int vantiro_peach_handle(void) {
   const Target management = management_object();
   JNIEnv *const jni = enter(management);
   if (!jni) return VANTIRO_ERROR_NOT_INITIALIZED;
-  if (!pwcls || !pwobj) {
-    const int status = fetch_peach_object(jni, management);
+  // Another thread may unload meanwhile, so what was fetched is what is called.
+  Target peach = peach_object();
+  if (!peach.type || !peach.object) {
+    const int status = fetch_peach_object(jni, management, peach);
     if (status != VANTIRO_OK) return status;
   }
-  return clear_then_test(jni, peach_object(), Int{}, "get");
+  return clear_then_test(jni, peach, Int{}, "get");
 }
 
 int vantiro_peach_execute(int handle) { return call(Int{}, "execute", handle); }

@@ -16,9 +16,12 @@ std::string decoded(const Env &env, const Method &method, va_list values) {
       text += std::to_string(va_arg(values, int));
     } else if (*type == 'J') {
       text += std::to_string(va_arg(values, jlong)) + 'L';
-    } else {
+    } else if (*type == 'L' || *type == '[') {
       text += described(checked(env, va_arg(values, jobject)));
-      type = std::strchr(type, ';');
+      while (*type == '[') ++type;
+      if (*type == 'L') type = std::strchr(type, ';');
+    } else {
+      die(method.name + method.descriptor + " has a parameter of a kind that the fake lacks");
     }
   }
   return text;
@@ -36,7 +39,7 @@ jvalue run(Env &env, const std::string &function, const Method &method, va_list 
   } else if (type.size() == 1) {
     result.j = behaviour.number;
   } else if (!behaviour.null) {
-    result.l = as<jobject>(make(&env, type.substr(1, type.size() - 2), behaviour.text));
+    result.l = as<jobject>(make(env, type.substr(1, type.size() - 2), behaviour.text));
   }
   return result;
 }
@@ -86,7 +89,7 @@ jobject new_object(JNIEnv *jni, jclass type, jmethodID constructor, ...) {
   required_method(constructor, constructor_kind);
   const std::string name = required(env, type, "NewObject").text;
   record("NewObject " + short_name(name));
-  return raises(env, "NewObject") ? nullptr : as<jobject>(make(&env, name));
+  return raises(env, "NewObject") ? nullptr : as<jobject>(make(env, name));
 }
 
 }  // namespace

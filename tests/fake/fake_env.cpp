@@ -1,10 +1,9 @@
 // The environment of the fake runtime: the functions of the Java Native Interface.
 #include <algorithm>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <deque>
-#include <map>
 #include <mutex>
 
 #include "fake_jvm.h"
@@ -53,9 +52,8 @@ bool raises(Env &env, const std::string &function) {
 
 namespace {
 
-std::mutex mutex;
-std::map<const char *, const Reference *> obtained_characters;
-void (*native_method)(JNIEnv *, jobject, jstring) = nullptr;
+std::atomic<void (*)(JNIEnv *, jobject, jstring)> native_method = nullptr;
+std::atomic<int> obtained_characters = 0;
 
 jclass find_class(JNIEnv *jni, const char *name) {
   Env &env = checked(jni);
@@ -65,7 +63,7 @@ jclass find_class(JNIEnv *jni, const char *name) {
     env.pending = std::string("no class ") + name;
     return nullptr;
   }
-  return as<jclass>(make(&env, "java/lang/Class", name));
+  return as<jclass>(make(env, "java/lang/Class", name));
 }
 
 jmethodID look_up(const char *function, JNIEnv *jni, jclass type, const char *name,
@@ -79,9 +77,8 @@ jmethodID look_up(const char *function, JNIEnv *jni, jclass type, const char *na
     env.pending = std::string("no method ") + name;
     return nullptr;
   }
-  static std::deque<Method> methods;
-  const std::scoped_lock lock(mutex);
-  return reinterpret_cast<jmethodID>(&methods.emplace_back(Method{owner.text, name, descriptor}));
+  return reinterpret_cast<jmethodID>(
+      &env.methods.emplace_back(Method{owner.text, name, descriptor}));
 }
 
 jmethodID get_method(JNIEnv *jni, jclass type, const char *name, const char *descriptor) {
@@ -95,7 +92,11 @@ jmethodID get_static_method(JNIEnv *jni, jclass type, const char *name, const ch
 jobject new_global(JNIEnv *jni, jobject object) {
   const Reference &local = required(checked(jni), object, "NewGlobalRef");
   record("NewGlobalRef " + described(&local));
-  return fails("NewGlobalRef") ? nullptr : as<jobject>(make(nullptr, local.type, local.text));
+  if (fails("NewGlobalRef")) return nullptr;
+  static std::mutex mutex;
+  static std::deque<Reference> references;
+  const std::scoped_lock lock(mutex);
+  return as<jobject>(&references.emplace_back(Reference{local.type, local.text, {}, nullptr}));
 }
 
 void delete_local(JNIEnv *jni, jobject object) {
@@ -109,7 +110,7 @@ jstring new_string(JNIEnv *jni, const char *text) {
   if (!text) die("null was given to NewStringUTF");
   record("NewStringUTF \"" + std::string(text) + '"');
   if (raises(env, "NewStringUTF")) return nullptr;
-  return as<jstring>(make(&env, "java/lang/String", text));
+  return as<jstring>(make(env, "java/lang/String", text));
 }
 
 jobjectArray new_array(JNIEnv *jni, jsize length, jclass type, jobject initial) {
@@ -120,7 +121,7 @@ jobjectArray new_array(JNIEnv *jni, jsize length, jclass type, jobject initial) 
          described(first));
   if (raises(env, "NewObjectArray")) return nullptr;
   if (length < 0) die("an array of negative length was asked for");
-  Reference *const array = make(&env, "[L" + element.text + ";");
+  Reference *const array = make(env, "[L" + element.text + ";");
   array->elements.assign(static_cast<std::size_t>(length), first);
   return as<jobjectArray>(array);
 }
@@ -140,26 +141,27 @@ const char *get_characters(JNIEnv *jni, jstring string, jboolean *) {
   const Reference &text = required(env, string, "GetStringUTFChars");
   record("GetStringUTFChars " + described(&text));
   if (raises(env, "GetStringUTFChars")) return nullptr;
-  const std::scoped_lock lock(mutex);
-  return obtained_characters.emplace(strdup(text.text.c_str()), &text).first->first;
+  obtained_characters.fetch_add(1, std::memory_order_relaxed);
+  return env.characters.emplace(strdup(text.text.c_str()), &text).first->first;
 }
 
 void release_characters(JNIEnv *jni, jstring string, const char *characters) {
-  const Reference &text = required(checked(jni), string, "ReleaseStringUTFChars");
+  Env &env = checked(jni);
+  const Reference &text = required(env, string, "ReleaseStringUTFChars");
   record("ReleaseStringUTFChars " + described(&text));
-  const std::scoped_lock lock(mutex);
-  const auto obtained = obtained_characters.find(characters);
-  if (obtained == obtained_characters.end() || obtained->second != &text) {
+  const auto obtained = env.characters.find(characters);
+  if (obtained == env.characters.end() || obtained->second != &text) {
     die("characters were released that are not the string's");
   }
-  obtained_characters.erase(obtained);
+  env.characters.erase(obtained);
+  obtained_characters.fetch_sub(1, std::memory_order_relaxed);
   std::free(const_cast<char *>(characters));
 }
 
 jthrowable exception_occurred(JNIEnv *jni) {
-  const Env &env = checked(jni);
+  Env &env = checked(jni);
   record("ExceptionOccurred");
-  return env.pending.empty() ? nullptr : as<jthrowable>(make(&env, "java/lang/Throwable"));
+  return env.pending.empty() ? nullptr : as<jthrowable>(make(env, "java/lang/Throwable"));
 }
 
 // Not every machine clears the exception here.
@@ -181,7 +183,8 @@ jint register_natives(JNIEnv *jni, jclass type, const JNINativeMethod *methods, 
          described(&required(env, type, "RegisterNatives")) + " " + methods->name + " " +
          methods->signature);
   if (raises(env, "RegisterNatives")) return JNI_ERR;
-  native_method = reinterpret_cast<decltype(native_method)>(methods->fnPtr);
+  native_method.store(reinterpret_cast<void (*)(JNIEnv *, jobject, jstring)>(methods->fnPtr),
+                      std::memory_order_relaxed);
   return JNI_OK;
 }
 
@@ -211,20 +214,21 @@ JNINativeInterface_ make_functions() {
 
 const JNINativeInterface_ environment_functions = make_functions();
 
-Reference *make(const Env *owner, const std::string &type, const std::string &text) {
-  static std::deque<Reference> references;
-  const std::scoped_lock lock(mutex);
-  return &references.emplace_back(Reference{type, text, {}, owner});
+Reference *make(Env &env, const std::string &type, const std::string &text) {
+  return &env.references.emplace_back(Reference{type, text, {}, &env});
 }
 
-int unreleased_characters() {
-  const std::scoped_lock lock(mutex);
-  return static_cast<int>(obtained_characters.size());
+int unreleased_characters() { return obtained_characters.load(std::memory_order_relaxed); }
+
+void forget_references() {
+  thread_env()->references.clear();
+  thread_env()->methods.clear();
 }
 
 void deliver(const char *text) {
-  Env *const env = attach();
-  native_method(env, nullptr, text ? as<jstring>(make(env, "java/lang/String", text)) : nullptr);
+  Env &env = *attach();
+  native_method.load(std::memory_order_relaxed)(
+      &env, nullptr, text ? as<jstring>(make(env, "java/lang/String", text)) : nullptr);
 }
 
 }  // namespace fake

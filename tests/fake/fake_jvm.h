@@ -5,6 +5,7 @@
 #include <jni.h>
 
 #include <string>
+#include <vector>
 
 namespace fake {
 
@@ -12,8 +13,9 @@ namespace fake {
 // the lines that begin with it.
 std::string trace(const std::string &start = "");
 
-// What a Java method does. Unless told, it gives 0, an empty string or a new object.
-void returns(const std::string &method, jlong number);
+// What a Java method does. Unless told, it gives 0, an empty string or a new object. Told for "",
+// it holds for every method that nothing else is told of.
+void returns(const std::string &method, jlong number, const std::string &text = "");
 void returns_text(const std::string &method, const std::string &text);
 void returns_null(const std::string &method);
 void throws(const std::string &method);
@@ -24,10 +26,17 @@ void lacks(const std::string &what);
 // The function of the runtime fails at its n-th call from now on.
 void fail(const std::string &function, int nth = 1);
 
-// The n-th call from now on fails that can fail, whichever it is. Zero: none.
-void fail_any(int nth);
-// How many such calls there were since.
-int fallible_calls();
+// The n-th call from now on fails that can fail, whichever it is, or that one and all behind it.
+// Zero: none.
+void fail_any(int nth, bool and_all_behind = false);
+// The functions of such calls since.
+std::vector<std::string> fallible_calls();
+
+// From now on nothing is written down and nothing fails: threads do not meet in here.
+void be_quiet();
+
+// The calling thread's local references and methods are gone, as after a frame of them.
+void forget_references();
 
 // Forgets all of the above; what was looked up and created stays.
 void behave();

@@ -53,11 +53,11 @@ Env *&thread_env() {
 }
 
 Env *attach() {
+  if (thread_env()) return thread_env();
   static std::mutex mutex;
   static std::deque<Env> environments;
   const std::scoped_lock lock(mutex);
-  if (!thread_env()) thread_env() = &environments.emplace_back(Env{{&environment_functions}, ""});
-  return thread_env();
+  return thread_env() = &environments.emplace_back();
 }
 
 void run_machine() { runs = true; }

@@ -11,13 +11,15 @@
 namespace fake {
 namespace {
 
-std::recursive_mutex mutex;
+std::mutex mutex;
 std::vector<std::string> recorded;
 std::map<std::string, Behaviour> behaviours;
 std::map<std::string, int> countdowns;
 std::set<std::string> missing;
-int calls = 0;
+std::vector<std::string> fallible;
 int failing_call = 0;
+bool all_behind_fail = false;
+bool quiet = false;
 
 }  // namespace
 
@@ -28,27 +30,31 @@ void die(const std::string &message) {
 
 void forbidden() { die("a function was called that the library has no business with"); }
 
+void be_quiet() { quiet = true; }
+
 void record(const std::string &line) {
+  if (quiet) return;
   const std::scoped_lock lock(mutex);
   recorded.push_back(line);
 }
 
 bool fails(const std::string &function) {
+  if (quiet) return false;
   const std::scoped_lock lock(mutex);
+  fallible.push_back(function);
+  const int behind = static_cast<int>(fallible.size()) - failing_call;
   const auto countdown = countdowns.find(function);
   const bool told = countdown != countdowns.end() && --countdown->second == 0;
-  return ++calls == failing_call || told;
+  return told || (failing_call && (behind == 0 || (behind > 0 && all_behind_fail)));
 }
 
-bool is_missing(const std::string &what) {
-  const std::scoped_lock lock(mutex);
-  return missing.contains(what);
-}
+bool is_missing(const std::string &what) { return missing.contains(what); }
 
 Behaviour behaviour_of(const std::string &method) {
-  const std::scoped_lock lock(mutex);
   const auto told = behaviours.find(method);
-  return told == behaviours.end() ? Behaviour{} : told->second;
+  if (told != behaviours.end()) return told->second;
+  const auto any = behaviours.find("");
+  return any == behaviours.end() ? Behaviour{} : any->second;
 }
 
 std::string trace(const std::string &start) {
@@ -61,13 +67,11 @@ std::string trace(const std::string &start) {
   return lines;
 }
 
-void returns(const std::string &method, jlong number) {
-  behaviours[method] = {.number = number, .text = {}};
+void returns(const std::string &method, jlong number, const std::string &text) {
+  behaviours[method] = {.number = number, .text = text};
 }
 
-void returns_text(const std::string &method, const std::string &text) {
-  behaviours[method] = {.text = text};
-}
+void returns_text(const std::string &method, const std::string &text) { returns(method, 0, text); }
 
 void returns_null(const std::string &method) { behaviours[method] = {.null = true, .text = {}}; }
 
@@ -77,12 +81,13 @@ void lacks(const std::string &what) { missing.insert(what); }
 
 void fail(const std::string &function, int nth) { countdowns[function] = nth; }
 
-void fail_any(int nth) {
-  calls = 0;
+void fail_any(int nth, bool and_all_behind) {
+  fallible.clear();
   failing_call = nth;
+  all_behind_fail = and_all_behind;
 }
 
-int fallible_calls() { return calls; }
+std::vector<std::string> fallible_calls() { return fallible; }
 
 void behave() {
   behaviours.clear();

@@ -3,14 +3,16 @@
 
 #include <jni.h>
 
+#include <deque>
+#include <map>
 #include <string>
 #include <vector>
 
 namespace fake {
 
-struct Env : JNIEnv_ {
-  std::string pending;
-};
+extern const JNINativeInterface_ environment_functions;
+
+struct Env;
 
 struct Reference {
   std::string type;  // the class of the object
@@ -26,14 +28,22 @@ struct Method {
   std::string descriptor;
 };
 
+// What a thread has. Nothing is shared, so that a tool which looks for races between threads sees
+// those of the library: locks in here would hide them.
+struct Env : JNIEnv_ {
+  Env() : JNIEnv_{&environment_functions} {}
+  std::string pending;
+  std::deque<Reference> references;
+  std::deque<Method> methods;
+  std::map<const char *, const Reference *> characters;
+};
+
 struct Behaviour {
   bool throws = false;
   bool null = false;
   jlong number = 0;
   std::string text;
 };
-
-extern const JNINativeInterface_ environment_functions;
 
 [[noreturn]] void die(const std::string &message);
 [[noreturn]] void forbidden();
@@ -47,7 +57,7 @@ Behaviour behaviour_of(const std::string &method);
 Env *&thread_env();
 Env *attach();
 
-Reference *make(const Env *owner, const std::string &type, const std::string &text = "");
+Reference *make(Env &env, const std::string &type, const std::string &text = "");
 
 // The environment, which must be the calling thread's.
 Env &checked(JNIEnv *jni);

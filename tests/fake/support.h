@@ -1,6 +1,7 @@
 // What the tests share: places of their own, and a library that is started on the fake runtime.
 #pragma once
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <stdlib.h>
 #include <unistd.h>
