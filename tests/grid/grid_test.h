@@ -5,10 +5,15 @@
 #include <gtest/gtest.h>
 #include <vantiro.h>
 
+#include <csignal>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -44,6 +49,7 @@ class GridTest : public testing::Test {
     ASSERT_EQ(vantiro_initFile(path("settings").c_str()), 0) << last_error();
   }
   void TearDown() override {
+    if (other) kill_other();
     vantiro_unload(1);
     fs::remove_all(scratch);
   }
@@ -56,5 +62,18 @@ class GridTest : public testing::Test {
     return path(name);
   }
 
+  // Starts another program on the same grid home, and comes back when it has got where it should.
+  void start_other(const std::string &what) {
+    other = popen(("exec '" OTHER_PROGRAM "' " + what + " '" + scratch + "'").c_str(), "r");
+    ASSERT_EQ(fscanf(other, "%d", &process), 1);
+  }
+
+  void kill_other() {
+    kill(process, SIGKILL);
+    pclose(std::exchange(other, nullptr));
+  }
+
+  FILE *other = nullptr;
+  pid_t process = 0;
   std::string scratch = testing::TempDir() + "grid-XXXXXX";
 };

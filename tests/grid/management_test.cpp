@@ -23,7 +23,7 @@ class Management : public GridTest {
                 return vantiro_getLastCreatedBundleName(project, b, s);
               }),
               "acme.tool");
-    return path("bundles/acme.tool-") + version + ".jar";
+    return path("bundles/acme+tool@") + version + ".jar";
   }
 };
 

@@ -18,5 +18,9 @@ int main(int, char **arguments) {
   }
   std::printf("%d\n", getpid());
   std::fflush(stdout);
+  const int project = what == "bundles" ? vantiro_createEmptyProject(vantiro_open(), 0, "p") : 0;
+  while (project) {
+    if (vantiro_approveUploadedBundles(project) < 0) return 1;
+  }
   while (true) pause();
 }

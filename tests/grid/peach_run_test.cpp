@@ -42,8 +42,8 @@ TEST_F(PeachRun, GivesEachJobItsFilesItsEnvironmentAndItsParameters) {
   vantiro_peach_setDescription(run, "all settings");
   vantiro_peach_setPriority(run, "high");
   vantiro_peach_setProjectId(run, 4711);
-  vantiro_peach_addExeFile(run, show.c_str(), "show", "", "755");
-  vantiro_peach_addExeFile(run, show.c_str(), "elsewhere", "another-platform", "");
+  vantiro_peach_addExeFile(run, show.c_str(), "show", nullptr, "755");
+  vantiro_peach_addExeFile(run, show.c_str(), "elsewhere", "windows", nullptr);
   vantiro_peach_putExeExtras(run, "compiler", "gcc");
   vantiro_peach_addOutputFile(run, "se?n");
   vantiro_peach_newDataBundleWithName(run, "named");

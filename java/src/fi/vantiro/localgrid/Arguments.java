@@ -1,6 +1,5 @@
 package fi.vantiro.localgrid;
 
-import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
 import java.nio.file.Paths;
 import java.util.LinkedHashMap;
@@ -29,33 +28,56 @@ public final class Arguments {
         return values;
     }
 
-    /** A text that may be long, cut in its middle to a length that can be read. */
-    static String shortened(String text) {
-        return text.length() <= MAX_TOLD ? text
-                                         : text.substring(0, MAX_TOLD / 2) + " ... "
-                        + text.substring(text.length() - MAX_TOLD / 2);
-    }
-
-    static boolean isEmpty(String text) {
+    public static boolean isEmpty(String text) {
         return text == null || text.isEmpty();
     }
 
+    public static String orEmpty(String text) {
+        return text == null ? "" : text;
+    }
+
+    /** A text that may be long, or null, cut in its middle to a length that can be read. */
+    static String shortened(String text) {
+        return text == null || text.length() <= MAX_TOLD ? text
+                                                         : text.substring(0, MAX_TOLD / 2) + " ... "
+                        + text.substring(text.length() - MAX_TOLD / 2);
+    }
+
+    /** What is thrown for a value that cannot be meant. */
+    public static IllegalArgumentException bad(String what, String value) {
+        return new IllegalArgumentException(what + ": " + shortened(value));
+    }
+
     /** A path with the meaning it has now, wherever the current directory moves later. */
-    static Path path(String text) {
+    public static Path path(String text) {
+        return Paths.get(NativeText.checked(required(text, "a path"))).toAbsolutePath().normalize();
+    }
+
+    /** The relative path of a file that stays below the directory it is meant for. */
+    static String inside(String text) {
+        Path path = Paths.get(NativeText.checked(required(text, "a file name"))).normalize();
+        if (path.isAbsolute() || path.startsWith("..") || path.toString().isEmpty()
+                || text.endsWith("/") || text.endsWith("/.")) {
+            throw bad("not the name of a file below the working directory", text);
+        }
+        return path.toString();
+    }
+
+    /** The value of a whole number. */
+    public static int number(String text) {
         try {
-            return Paths.get(required(text, "a path")).toAbsolutePath().normalize();
-        } catch (InvalidPathException e) {
-            throw new IllegalArgumentException("not a path: " + text, e);
+            return Integer.parseInt(text);
+        } catch (NumberFormatException e) {
+            throw bad("not a number", text);
         }
     }
 
-    /** A relative path that stays below the directory it is meant for. */
-    static String inside(String text) {
-        Path path = Paths.get(text).normalize();
-        if (path.isAbsolute() || path.startsWith("..") || text.isEmpty()) {
-            throw new IllegalArgumentException("not a path below the working directory: " + text);
+    /** The value of a flag. */
+    public static boolean flag(String text) {
+        if (!text.matches("0|1|false|true")) {
+            throw bad("neither 0 nor 1", text);
         }
-        return path.toString();
+        return text.equals("1") || text.equals("true");
     }
 
     /** The "key=value" items of a list, in their order. */
@@ -64,7 +86,7 @@ public final class Arguments {
         for (String item : list(items, "parameters")) {
             int split = item.indexOf('=');
             if (split < 1) {
-                throw new IllegalArgumentException("not of the form key=value: " + item);
+                throw bad("not of the form key=value", item);
             }
             values.put(item.substring(0, split), item.substring(split + 1));
         }

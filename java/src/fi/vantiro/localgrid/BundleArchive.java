@@ -170,7 +170,7 @@ public final class BundleArchive {
 
     private static MessageDigest digest(String algorithm) throws GridException {
         try {
-            return MessageDigest.getInstance(algorithm);
+            return MessageDigest.getInstance(Arguments.required(algorithm, "the digest algorithm"));
         } catch (NoSuchAlgorithmException e) {
             throw new GridException(Status.UNKNOWN_VALUE, "unknown digest algorithm " + algorithm);
         }

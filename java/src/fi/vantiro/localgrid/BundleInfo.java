@@ -2,7 +2,6 @@ package fi.vantiro.localgrid;
 
 import java.nio.charset.StandardCharsets;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
 import java.util.jar.Attributes;
 import java.util.zip.CRC32;
@@ -22,27 +21,27 @@ public final class BundleInfo {
 
     /** A null or empty text leaves that attribute out; name and version are needed. */
     public BundleInfo(String name, String version, String prefix, String platform,
-            String description, String executable, String vendor, List<String> imports) {
+            String description, String executable, String vendor, String[] imports) {
         this.name = safe(name, "name", true);
         this.version = safe(version, "version", true);
         this.prefix = safe(prefix, "prefix", false);
-        this.platform = orEmpty(platform);
-        this.description = orEmpty(description);
+        this.platform = Platforms.known(platform);
+        this.description = Arguments.orEmpty(description);
         this.executable = Arguments.isEmpty(executable) ? "" : Arguments.inside(executable);
-        this.vendor = orEmpty(vendor);
-        for (String imported : imports) {
+        this.vendor = Arguments.orEmpty(vendor);
+        for (String imported : Arguments.list(imports, "imports")) {
             this.imports.add(safe(imported, "import", true));
         }
     }
 
     /** Reads what write wrote. */
     static BundleInfo read(Attributes attributes) {
-        String imports = orEmpty(attributes.getValue("Bundle-Imports"));
+        String imports = Arguments.orEmpty(attributes.getValue("Bundle-Imports"));
         return new BundleInfo(attributes.getValue("Bundle-Name"),
                 attributes.getValue("Bundle-Version"), attributes.getValue("Bundle-Prefix"),
                 attributes.getValue("Bundle-Platform"), attributes.getValue("Bundle-Description"),
                 attributes.getValue("Bundle-Executable"), attributes.getValue("Bundle-Vendor"),
-                imports.isEmpty() ? new ArrayList<>() : Arrays.asList(imports.split(",")));
+                imports.isEmpty() ? new String[0] : imports.split(","));
     }
 
     void write(Attributes attributes) {
@@ -58,7 +57,7 @@ public final class BundleInfo {
 
     private static void put(Attributes attributes, String key, String value) {
         if (value.matches("(?s).*[\\r\\n\\x00].*")) {
-            throw new IllegalArgumentException(key + " must be one line: " + value);
+            throw Arguments.bad(key + " must be one line", value);
         }
         if (!value.isEmpty()) {
             attributes.putValue(key, value);
@@ -66,16 +65,12 @@ public final class BundleInfo {
     }
 
     private static String safe(String text, String what, boolean needed) {
-        String value = orEmpty(text);
+        String value = Arguments.orEmpty(text);
         if (value.isEmpty() ? needed : !value.matches(SAFE)) {
-            throw new IllegalArgumentException("a bundle's " + what
-                    + " is made of letters, digits, '.', '_' and '-': " + text);
+            throw Arguments.bad(
+                    "a bundle's " + what + " is made of letters, digits, '.', '_' and '-'", text);
         }
         return value;
-    }
-
-    private static String orEmpty(String text) {
-        return text == null ? "" : text;
     }
 
     /** The name with its prefix. */
@@ -83,8 +78,13 @@ public final class BundleInfo {
         return prefix.isEmpty() ? name : prefix + "." + name;
     }
 
+    /** What tells bundles apart; its parts hold no such separators. */
+    private String identity() {
+        return (prefix.isEmpty() ? "" : prefix + "+") + name + "@" + version;
+    }
+
     String fileName() {
-        return qualifiedName() + "-" + version + ".jar";
+        return identity() + (platform.isEmpty() ? "" : "+" + platform) + ".jar";
     }
 
     /**
@@ -92,7 +92,7 @@ public final class BundleInfo {
      */
     int id() {
         CRC32 crc = new CRC32();
-        crc.update(fileName().getBytes(StandardCharsets.UTF_8));
+        crc.update(identity().getBytes(StandardCharsets.UTF_8));
         return Math.max(1, (int) (crc.getValue() & Integer.MAX_VALUE));
     }
 

@@ -76,9 +76,12 @@ final class BundleStore {
     /** The newest approved bundle that meets the condition and that this machine can use. */
     BundleInfo newest(String what, Predicate<BundleInfo> condition)
             throws GridException, IOException {
-        return approved(condition.and(info -> Platforms.isThis(info.platform)))
+        return approved(condition.and(info -> Platforms.fit(info.platform) >= 0))
                 .stream()
-                .max(Comparator.comparing(info -> info.version, BundleInfo::compareVersions))
+                .max(Comparator.comparing((BundleInfo info)
+                                                  -> info.version,
+                                       BundleInfo::compareVersions)
+                                .thenComparing(info -> Platforms.fit(info.platform)))
                 .orElseThrow(()
                                      -> new GridException(Status.NO_SUCH_BUNDLE,
                                              "there is no approved " + what + " for this machine"));

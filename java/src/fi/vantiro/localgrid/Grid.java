@@ -6,6 +6,7 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
+import java.util.function.IntConsumer;
 import java.util.stream.Collectors;
 
 /** The local grid: it runs the jobs of all projects on the processors of this machine. */
@@ -117,14 +118,12 @@ public final class Grid {
         }
     }
 
-    /** Runs a parallel-each computation described by "key=value" arguments; its handle. */
-    public int peach(String[] arguments) throws GridException, IOException, InterruptedException {
+    /** Makes a parallel-each run, has it described by its handle, and runs it; the handle. */
+    public int peach(IntConsumer describe) throws GridException, IOException, InterruptedException {
         PeachRun run = newPeachRun();
         boolean succeeded = false;
         try {
-            for (String argument : arguments) {
-                run.configure(description -> PeachKey.setArgument(description, argument));
-            }
+            describe.accept(run.handle());
             run.execute();
             succeeded = true;
         } finally {
@@ -170,6 +169,7 @@ public final class Grid {
 
     public boolean bundleVersionExists(String name, String version)
             throws GridException, IOException {
+        Arguments.required(name, "the bundle's name");
         return bundles.exists(info -> info.hasName(name) && info.version.equals(version));
     }
 
@@ -190,7 +190,9 @@ public final class Grid {
         return settings.tempDir;
     }
 
-    public int processors() {
+    /** The number of processors that serve a project. */
+    public int processors(int project) {
+        project(project);
         return scheduler.places();
     }
 

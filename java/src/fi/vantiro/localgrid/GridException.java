@@ -1,9 +1,14 @@
 package fi.vantiro.localgrid;
 
+import java.io.FileNotFoundException;
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
+import java.nio.file.DirectoryNotEmptyException;
+import java.nio.file.FileAlreadyExistsException;
 import java.nio.file.FileSystemException;
+import java.nio.file.FileSystemLoopException;
 import java.nio.file.NoSuchFileException;
+import java.nio.file.NotDirectoryException;
 
 /** An ordinary failure: a result code and a text for the caller. */
 public final class GridException extends Exception {
@@ -18,24 +23,46 @@ public final class GridException extends Exception {
 
     /** Gives an I/O failure a text that can be read without knowing its Java class. */
     static GridException of(IOException e) {
+        Status status = e instanceof NoSuchFileException || e instanceof FileNotFoundException
+                ? Status.NOT_FOUND
+                : Status.IO_ERROR;
+        if (!(e instanceof FileSystemException)) {
+            String text = e.getMessage() == null ? "an input or output failed" : e.getMessage();
+            return new GridException(status, text);
+        }
+        FileSystemException failure = (FileSystemException) e;
+        String other = failure.getOtherFile() == null ? "" : " and " + failure.getOtherFile();
+        return new GridException(status, reason(failure) + ": " + failure.getFile() + other);
+    }
+
+    private static String reason(FileSystemException e) {
         if (e instanceof NoSuchFileException) {
-            return new GridException(Status.NOT_FOUND, "no such file: " + e.getMessage());
+            return "no such file";
         }
         if (e instanceof AccessDeniedException) {
-            return new GridException(Status.IO_ERROR, "no permission: " + e.getMessage());
+            return "no permission";
         }
-        // A file system's exception often holds no more than the path.
-        boolean bare = e instanceof FileSystemException
-                ? ((FileSystemException) e).getReason() == null
-                : e.getMessage() == null;
-        return new GridException(Status.IO_ERROR, bare ? e.toString() : e.getMessage());
+        if (e instanceof FileAlreadyExistsException) {
+            return "there is a file already";
+        }
+        if (e instanceof DirectoryNotEmptyException) {
+            return "the directory is not empty";
+        }
+        if (e instanceof NotDirectoryException) {
+            return "not a directory";
+        }
+        if (e instanceof FileSystemLoopException) {
+            return "links lead in a circle";
+        }
+        return e.getReason() == null ? "an input or output failed" : e.getReason();
     }
 
     /** What is said of any trouble; made without memory when there is none. */
     static String text(Throwable trouble) {
         if (trouble instanceof OutOfMemoryError) {
-            return "the Java runtime is out of memory or threads: give it more with "
-                    + "JAVA_TOOL_OPTIONS=-Xmx..., and detach threads that made many calls";
+            return "the Java runtime is out of memory or threads: JAVA_TOOL_OPTIONS=-Xmx512m gives "
+                    + "it more, and what the calls of a thread left in it is freed when that "
+                    + "thread detaches (DetachCurrentThread)";
         }
         if (trouble instanceof IOException) {
             return of((IOException) trouble).getMessage();

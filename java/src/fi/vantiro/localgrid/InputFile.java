@@ -8,7 +8,7 @@ import java.nio.file.attribute.PosixFilePermissions;
 import java.util.Set;
 
 /** A file of this machine and the name under which jobs find it. */
-final class InputFile {
+public final class InputFile {
     final Path source;
     final String target;
     private final Set<PosixFilePermission> permissions;
@@ -27,7 +27,7 @@ final class InputFile {
     }
 
     /** A file with another name and an octal mode; empty ones leave both as they are. */
-    static InputFile named(String file, String target, String mode) {
+    public static InputFile named(String file, String target, String mode) {
         return new InputFile(Arguments.path(file), target.isEmpty() ? name(file) : target,
                 mode.isEmpty() ? null : permissions(mode));
     }
@@ -39,7 +39,7 @@ final class InputFile {
 
     private static Set<PosixFilePermission> permissions(String mode) {
         if (!mode.matches("0?[0-7]{3}")) {
-            throw new IllegalArgumentException("not an octal mode such as 755: " + mode);
+            throw Arguments.bad("not an octal mode such as 755", mode);
         }
         int bits = Integer.parseInt(mode, 8);
         StringBuilder text = new StringBuilder();

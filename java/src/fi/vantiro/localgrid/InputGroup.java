@@ -17,19 +17,19 @@ import java.util.zip.ZipException;
  * Input files of a run that belong together. They travel to the jobs in an archive of their own,
  * which is written again only when a file has changed, or as symbolic links.
  */
-final class InputGroup {
+public final class InputGroup {
     /** The files by the jobs that get them; under 0 those that every job gets. */
     private final Map<Integer, List<InputFile>> files = new LinkedHashMap<>();
-    final Map<String, String> extras = new LinkedHashMap<>();
-    boolean copy = true;
-    boolean skipDigest;
+    public final Map<String, String> extras = new LinkedHashMap<>();
+    public boolean copy = true;
+    public boolean skipDigest;
     private Path archive;
 
     boolean isEmpty() {
         return files.isEmpty();
     }
 
-    void add(InputFile file) {
+    public void add(InputFile file) {
         add(0, file);
     }
 

@@ -3,9 +3,11 @@ package fi.vantiro.localgrid;
 import java.io.IOException;
 import java.util.logging.Logger;
 
-/** Turns failures into result codes and remembers the last one. */
+/** Turns failures into result codes and remembers the last one, exceptions included. */
 public final class LastError {
     private static final Logger LOG = Logger.getLogger(Log.NAME);
+    /** What the native library gives its caller for an exception. */
+    private static final int UNCAUGHT = -13;
 
     private int code;
     private String message;
@@ -48,7 +50,8 @@ public final class LastError {
         }
     }
 
-    private <T> T run(Query<T> query) throws GridException {
+    /** Runs a query, and remembers its failure for the caller who handles it. */
+    public <T> T run(Query<T> query) throws GridException {
         try {
             return query.run();
         } catch (GridException e) {
@@ -58,15 +61,22 @@ public final class LastError {
         } catch (InterruptedException e) {
             Thread.currentThread().interrupt();
             throw record(new GridException(Status.STOPPED, "the calling thread was interrupted"));
+        } catch (RuntimeException | Error e) {
+            record(UNCAUGHT, GridException.text(e));
+            throw e;
         }
     }
 
     /** Remembers a failure and hands it back. */
-    synchronized GridException record(GridException failure) {
-        code = failure.status().code();
-        message = failure.getMessage();
-        LOG.fine(message);
+    GridException record(GridException failure) {
+        record(failure.status().code(), failure.getMessage());
         return failure;
+    }
+
+    private synchronized void record(int newCode, String text) {
+        code = newCode;
+        message = text;
+        LOG.fine(text);
     }
 
     /** The code of the last failure, 0 when there was none. */

@@ -31,7 +31,8 @@ final class Log {
             }
         }
         throw new GridException(Status.UNKNOWN_VALUE,
-                "unknown log level " + name + "; the known ones are " + LEVELS);
+                "unknown log level " + Arguments.shortened(name) + "; the known ones are "
+                        + LEVELS);
     }
 
     static void setLevel(Level level) {

@@ -1,9 +1,7 @@
 package fi.vantiro.localgrid;
 
-import java.nio.ByteBuffer;
-import java.nio.CharBuffer;
-import java.nio.charset.CharacterCodingException;
 import java.nio.charset.Charset;
+import java.util.stream.Stream;
 
 /** Text for the operating system, in the character set of its locale. */
 final class NativeText {
@@ -16,20 +14,29 @@ final class NativeText {
         return CHARSET;
     }
 
-    /** The bytes of a text; one that the locale cannot hold, or that has a NUL, is refused. */
-    static byte[] bytes(String text) {
-        try {
-            ByteBuffer bytes = CHARSET.newEncoder().encode(CharBuffer.wrap(text));
-            byte[] exact = new byte[bytes.remaining()];
-            bytes.get(exact);
-            if (text.indexOf('\0') < 0) {
-                return exact;
-            }
-        } catch (CharacterCodingException e) {
-            throw new IllegalArgumentException("the character set " + CHARSET
-                            + " of the program's locale cannot hold the text " + text,
-                    e);
+    /** The text itself; one that the locale cannot hold, or that has a NUL, is refused. */
+    static String checked(String text) {
+        if (text.indexOf('\0') >= 0) {
+            throw Arguments.bad("there is a NUL in a text", text.replace('\0', '?'));
         }
-        throw new IllegalArgumentException("there is a NUL in the text " + text);
+        if (!CHARSET.newEncoder().canEncode(text)) {
+            throw Arguments.bad("the character set " + CHARSET + " of the program's locale ("
+                            + locale() + ") cannot hold a text; LC_ALL=C.UTF-8 can hold any",
+                    text);
+        }
+        return text;
+    }
+
+    /** The bytes of a text that passes the check. */
+    static byte[] bytes(String text) {
+        return checked(text).getBytes(CHARSET);
+    }
+
+    private static String locale() {
+        return Stream.of("LC_ALL", "LC_CTYPE", "LANG")
+                .filter(name -> !Arguments.isEmpty(System.getenv(name)))
+                .map(name -> name + "=" + System.getenv(name))
+                .findFirst()
+                .orElse("neither LC_ALL nor LANG is set");
     }
 }

@@ -23,12 +23,12 @@ public final class PeachRun implements JobHooks {
     private final Project project;
     private final PeachDescription description = new PeachDescription();
     private final PeachFiles files = new PeachFiles();
+    private final LastError errors = new LastError();
     private volatile Consumer<String> handler;
 
     private Phase phase = Phase.DESCRIBED;
     private boolean failed;
     private volatile boolean sourcesChanged;
-    private String message;
     private Path stateDir;
     private PeachInputs inputs;
     private int jobsEnded;
@@ -61,17 +61,17 @@ public final class PeachRun implements JobHooks {
         return project.handle();
     }
 
-    public synchronized int projectId() {
-        return description.projectId == null ? project.info().id() : description.projectId;
+    public int projectId() {
+        return project.info().id();
     }
 
-    /** The text of the run's last failure, null when there was none. */
-    public synchronized String message() {
-        return message;
+    public void setProjectId(int id) throws GridException, IOException {
+        project.setId(id);
     }
 
-    private synchronized void setMessage(String text) {
-        message = text;
+    /** The failures of this run. */
+    public LastError errors() {
+        return errors;
     }
 
     /** Whether the sources differ from those of the last run with the same state directory. */
@@ -105,12 +105,6 @@ public final class PeachRun implements JobHooks {
                 project.results().merge(description.resultFile);
             }
             succeeded = true;
-        } catch (GridException e) {
-            setMessage(e.getMessage());
-            throw e;
-        } catch (IOException e) {
-            setMessage(GridException.of(e).getMessage());
-            throw e;
         } finally {
             finish(succeeded);
         }
@@ -129,9 +123,6 @@ public final class PeachRun implements JobHooks {
         inputs.prepare();
         chooseBundles();
         project.info().describe(description.name, description.description, description.priority);
-        if (description.projectId != null) {
-            project.setId(description.projectId);
-        }
         project.info().putParams(description.projectParams);
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
@@ -173,7 +164,7 @@ public final class PeachRun implements JobHooks {
             if (!description.allowPartial) {
                 throw e;
             }
-            setMessage(e.getMessage());
+            errors.record(e);
         }
     }
 

@@ -4,16 +4,30 @@ import java.util.Arrays;
 import java.util.List;
 import java.util.Locale;
 
-/** The names of the machine that the grid runs on. */
+/** The platforms that files can be for. */
 final class Platforms {
     private static final String SYSTEM = System.getProperty("os.name").toLowerCase(Locale.ROOT);
-    private static final List<String> NAMES =
+    /** Those of this machine, the most special one last. */
+    private static final List<String> THIS =
             Arrays.asList("", "any", SYSTEM, SYSTEM + "-" + System.getProperty("os.arch"));
+    private static final List<String> OTHERS = Arrays.asList("linux", "linux-i386", "linux-amd64",
+            "linux-arm", "linux-aarch64", "linux-ppc64le", "linux-riscv64", "linux-s390x", "macos",
+            "macos-amd64", "macos-aarch64", "windows", "windows-i386", "windows-amd64");
 
     private Platforms() {}
 
-    /** Whether files for a platform of that name can be used here; "" and null mean any. */
-    static boolean isThis(String platform) {
-        return platform == null || NAMES.contains(platform.toLowerCase(Locale.ROOT));
+    /** The name of a platform that exists; null means any, as "" does. */
+    static String known(String name) {
+        String platform = Arguments.orEmpty(name).toLowerCase(Locale.ROOT);
+        if (!THIS.contains(platform) && !OTHERS.contains(platform)) {
+            throw Arguments.bad(
+                    "a platform is \"\", any, " + String.join(", ", OTHERS) + ", and not", name);
+        }
+        return platform;
+    }
+
+    /** How special a known platform is to this machine; negative when files for it do not fit. */
+    static int fit(String platform) {
+        return THIS.indexOf(platform);
     }
 }

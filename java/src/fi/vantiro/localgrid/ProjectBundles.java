@@ -38,6 +38,9 @@ public final class ProjectBundles {
         Manifest manifest = BundleArchive.manifest();
         info.write(manifest.getMainAttributes());
         if (signer != null) {
+            if (signer.isEmpty()) {
+                throw new IllegalArgumentException("the signer's name is missing");
+            }
             BundleArchive.sign(manifest, BundleArchive.contents(entries), signer, algorithm);
         }
         Path archive = Arguments.path(directory).resolve(info.fileName());
@@ -49,8 +52,8 @@ public final class ProjectBundles {
 
     private static Map<String, Path> entries(Path base, String[] files) throws GridException {
         Map<String, Path> entries = new LinkedHashMap<>();
-        for (String name : files) {
-            Path file = base.resolve(name).normalize();
+        for (String name : Arguments.list(files, "files")) {
+            Path file = base.resolve(NativeText.checked(name)).normalize();
             if (!Files.isRegularFile(file) || !Files.isReadable(file)) {
                 throw new GridException(Status.NOT_FOUND, "cannot read file " + file);
             }
@@ -83,12 +86,13 @@ public final class ProjectBundles {
 
     /** Puts the files of the newest version of a bundle before each job that starts from now on. */
     public void use(String name) throws GridException, IOException {
-        choose(store.newest(name));
+        choose(store.newest(Arguments.required(name, "the bundle's name")));
     }
 
     public void use(String prefix, String name) throws GridException, IOException {
+        Arguments.required(name, "the bundle's name");
         choose(store.newest("bundle " + name + " with the prefix " + prefix,
-                info -> info.name.equals(name) && info.prefix.equals(prefix)));
+                info -> info.name.equals(name) && info.prefix.equals(Arguments.orEmpty(prefix))));
     }
 
     public void use(int id) throws GridException, IOException {

@@ -4,6 +4,7 @@ import java.io.IOException;
 import java.io.Reader;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.util.Arrays;
 import java.util.LinkedHashMap;
@@ -34,6 +35,8 @@ public final class Settings {
                     JOB_TIMEOUT, KEEP_WORK, JOB_LAUNCHER, JOB_CANCEL, JOB_CANCEL_WAIT, PASSWORD);
     private static final String PLUGIN = "plugin.";
     private static final String DEFAULT_FILE = "vantiro.properties";
+    /** Names the settings file of any program, in the place of the default one. */
+    private static final String VARIABLE = "VANTIRO_SETTINGS";
 
     final Path home;
     final String login;
@@ -55,9 +58,9 @@ public final class Settings {
 
     private Settings(Properties values) throws GridException {
         checkKeys(values);
-        home = Arguments.path(
-                text(values, HOME, System.getProperty("user.home") + "/.vantiro-grid"));
-        login = text(values, LOGIN, System.getProperty("user.name"));
+        String homeText = text(values, HOME, "");
+        home = homeText.isEmpty() ? userHome().resolve(".vantiro-grid") : Arguments.path(homeText);
+        login = text(values, LOGIN, userName());
         tempDir = Arguments.path(text(values, TEMP_DIR, System.getProperty("java.io.tmpdir")));
         if (!Files.isDirectory(tempDir)) {
             throw bad(TEMP_DIR, tempDir.toString(), "an existing directory");
@@ -75,45 +78,59 @@ public final class Settings {
     }
 
     /** What holds when nothing is set. */
-    public static Settings defaults() {
+    public static Settings defaults() throws GridException {
+        return checked(new Properties());
+    }
+
+    private static Settings checked(Properties values) throws GridException {
         try {
-            return new Settings(new Properties());
-        } catch (GridException e) {
-            throw new IllegalStateException("the Java runtime has no usable defaults", e);
+            return new Settings(values);
+        } catch (IllegalArgumentException e) {
+            throw new GridException(Status.BAD_SETTINGS, e.getMessage());
         }
     }
 
-    /** The settings of the default file if there is one, else the defaults. */
+    /** The settings of the file that the environment names, of the default file, or none. */
     public static Settings load() throws GridException {
-        return Files.exists(Arguments.path(DEFAULT_FILE)) ? load(DEFAULT_FILE, null) : defaults();
+        boolean absent = Files.notExists(Arguments.path(DEFAULT_FILE), LinkOption.NOFOLLOW_LINKS);
+        return checked(
+                absent || named() ? surroundings(null) : unlocked(read(DEFAULT_FILE, ""), null));
+    }
+
+    private static boolean named() {
+        return !Arguments.isEmpty(System.getenv(VARIABLE));
+    }
+
+    /** The values of the file that the environment names. */
+    private static Properties surroundings(String password) throws GridException {
+        return named() ? unlocked(read(System.getenv(VARIABLE), " named by " + VARIABLE), password)
+                       : new Properties();
     }
 
     /**
      * The settings of a file; a file with a password wants the same one, null when none is known.
      */
     public static Settings load(String file, String password) throws GridException {
-        return new Settings(unlocked(read(file), password));
+        return checked(unlocked(read(file, ""), password));
     }
 
     /**
-     * Single values laid over those of a further file; null or "" leaves a value as it is there,
-     * and so does 0 for a number.
+     * Single values laid over those of a further file, or else of the one that the environment
+     * names; null or "" leaves a value as it is there, and so does 0 for a number.
      */
     public static Settings of(Map<String, String> values, String furtherFile, String password)
             throws GridException {
-        Properties all = new Properties();
-        if (!Arguments.isEmpty(furtherFile)) {
-            all.putAll(unlocked(read(furtherFile), password));
-        }
+        Properties all = Arguments.isEmpty(furtherFile) ? surroundings(password)
+                                                        : unlocked(read(furtherFile, ""), password);
         values.forEach((key, value) -> {
             if (!Arguments.isEmpty(value) && !(value.equals("0") && all.containsKey(key))) {
                 all.setProperty(key, value);
             }
         });
-        return new Settings(all);
+        return checked(all);
     }
 
-    private static Properties read(String file) throws GridException {
+    private static Properties read(String file, String origin) throws GridException {
         Path path = Arguments.path(file);
         Properties values = new Properties();
         try (Reader reader = Files.newBufferedReader(path, StandardCharsets.UTF_8)) {
@@ -122,8 +139,8 @@ public final class Settings {
             String reason = e instanceof IOException
                     ? GridException.of((IOException) e).getMessage()
                     : e.getMessage();
-            throw new GridException(
-                    Status.BAD_SETTINGS, "cannot read settings file " + path + ": " + reason);
+            throw new GridException(Status.BAD_SETTINGS,
+                    "cannot read settings file " + path + origin + ": " + reason);
         }
         return values;
     }
@@ -139,6 +156,26 @@ public final class Settings {
         return values;
     }
 
+    /** A user whom the system does not know by name is "?" to Java. */
+    private static Path userHome() throws GridException {
+        for (String home : new String[] {System.getProperty("user.home"), System.getenv("HOME")}) {
+            if (home != null && home.startsWith("/")) {
+                return Arguments.path(home);
+            }
+        }
+        throw new GridException(Status.BAD_SETTINGS,
+                "this user has no home directory; set " + HOME + ", or the variable HOME");
+    }
+
+    private static String userName() {
+        for (String name : new String[] {System.getProperty("user.name"), System.getenv("USER")}) {
+            if (!Arguments.isEmpty(name) && !name.equals("?")) {
+                return name;
+            }
+        }
+        return "unknown";
+    }
+
     private void checkKeys(Properties values) throws GridException {
         for (String key : values.stringPropertyNames()) {
             String[] parts = key.split("\\.", 3);
@@ -147,8 +184,8 @@ public final class Settings {
                         .put(parts[2], values.getProperty(key));
             } else if (!KEYS.contains(key)) {
                 throw new GridException(Status.BAD_SETTINGS,
-                        "unknown setting " + key + "; the known ones are " + KEYS + " and " + PLUGIN
-                                + "<name>.<key>");
+                        "unknown setting " + Arguments.shortened(key) + "; the known ones are "
+                                + KEYS + " and " + PLUGIN + "<name>.<key>");
             }
         }
     }
@@ -190,7 +227,7 @@ public final class Settings {
     }
 
     private static GridException bad(String key, String value, String wanted) {
-        return new GridException(
-                Status.BAD_SETTINGS, "setting " + key + "=" + value + " is not " + wanted);
+        return new GridException(Status.BAD_SETTINGS,
+                "setting " + key + "=" + Arguments.shortened(value) + " is not " + wanted);
     }
 }

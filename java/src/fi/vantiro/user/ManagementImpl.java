@@ -4,17 +4,18 @@ import fi.vantiro.localgrid.Arguments;
 import fi.vantiro.localgrid.BundleArchive;
 import fi.vantiro.localgrid.BundleInfo;
 import fi.vantiro.localgrid.Grid;
+import fi.vantiro.localgrid.GridException;
 import fi.vantiro.localgrid.LastError;
 import fi.vantiro.localgrid.Project;
 import fi.vantiro.localgrid.Results;
 import fi.vantiro.localgrid.Settings;
 import fi.vantiro.localgrid.Status;
-import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.function.Supplier;
 
 /**
  * The operations of the grid by the handles of sessions, projects and parallel-each runs. A
@@ -23,27 +24,40 @@ import java.util.Map;
  */
 public final class ManagementImpl {
     private final LastError errors = new LastError();
-    private volatile Grid grid = new Grid(Settings.defaults(), errors);
+    private Grid grid;
 
     /** A management object with default settings, until an initialiser is called. */
     public ManagementImpl() {}
 
+    private synchronized Grid grid() throws GridException {
+        if (grid == null) {
+            grid = new Grid(Settings.defaults(), errors);
+        }
+        return grid;
+    }
+
+    private synchronized void use(Settings settings) {
+        grid = new Grid(settings, errors);
+    }
+
+    private Project project(int handle) throws GridException {
+        return grid().project(handle);
+    }
+
     // Initialisation and end
 
-    /** Takes the settings of vantiro.properties in the current directory if it is there. */
+    /** Takes the settings of the file that VANTIRO_SETTINGS names, or of vantiro.properties. */
     public int initFile() {
         return initialise(Settings::load);
     }
 
     /** Takes the settings of a file. */
     public int initFile(String file) {
-        Arguments.required(file, "the settings file");
         return initialise(() -> Settings.load(file, null));
     }
 
     /** Takes the settings of a file that a password protects. */
     public int initFile(String file, String password) {
-        Arguments.required(file, "the settings file");
         return initialise(() -> Settings.load(file, password));
     }
 
@@ -65,7 +79,7 @@ public final class ManagementImpl {
     }
 
     private int initialise(LastError.Query<Settings> settings) {
-        return errors.act(() -> grid = new Grid(settings.run(), errors));
+        return errors.act(() -> use(settings.run()));
     }
 
     /** Stops the jobs or waits for them, and forgets all handles. */
@@ -75,7 +89,7 @@ public final class ManagementImpl {
 
     /** The same; also removes the files of all projects from the grid home. */
     public int unload(boolean stopJobs, boolean removeWork) {
-        return errors.act(() -> grid.unload(stopJobs, removeWork));
+        return errors.act(() -> grid().unload(stopJobs, removeWork));
     }
 
     /** The code of the last failure, 0 when there was none; a value other than 0 resets it. */
@@ -101,64 +115,65 @@ public final class ManagementImpl {
 
     /** Opens a session; its handle. */
     public int open() {
-        return errors.call(grid::open);
+        return errors.call(() -> grid().open());
     }
 
     /** Ends a session; its projects live on. */
     public int close(int session) {
-        return errors.act(() -> grid.close(session));
+        return errors.act(() -> grid().close(session));
     }
 
     /** 1 when the session is open and the grid home writable, else 0. */
     public int ready(int session) {
-        return errors.act(() -> grid.checkReady(session)) == Status.OK.code() ? 1 : 0;
+        return errors.act(() -> grid().checkReady(session)) == Status.OK.code() ? 1 : 0;
     }
 
     /** Removes left-over working directories (0) and also results (1); how many directories. */
     public int cleanup(int session, int value) {
-        return errors.call(() -> grid.cleanup(session, value != 0));
+        return errors.call(() -> grid().cleanup(session, value != 0));
     }
 
     /** Sets the level of the grid's log. */
     public int setLogLevel(String level) {
-        Arguments.required(level, "the log level");
-        return errors.act(() -> grid.setLogLevel(level));
+        return errors.act(() -> grid().setLogLevel(Arguments.required(level, "the log level")));
     }
 
     /** Prints the figures of a session or project. */
     public void printStatistics(int handle) {
-        System.out.println(grid.statistics(handle));
+        System.out.println(getStatisticsString(handle));
     }
 
     /** The figures of a session or project. */
     public String getStatisticsString(int handle) {
-        return grid.statistics(handle);
+        return errors.get(() -> grid().statistics(handle));
     }
 
     /** The user's login name. */
     public String getUserLogin() {
-        return grid.userLogin();
+        return errors.get(() -> grid().userLogin());
     }
 
     /** The directory for temporary files. */
     public String getTempDir() {
-        return grid.tempDir().toString();
+        return errors.get(() -> grid().tempDir().toString());
     }
 
     /** The plug-in of that name, null when the settings have none. */
     public VantiroManagerPlugin getPlugin(String name) {
-        return grid.plugin(Arguments.required(name, "the plug-in's name"));
+        return errors.get(() -> grid().plugin(Arguments.required(name, "the plug-in's name")));
     }
 
     /** The class of the plug-in of that name, null when the settings have none. */
     public Class<?> getPluginClass(String name) {
-        return grid.pluginClass(Arguments.required(name, "the plug-in's name"));
+        return errors.get(() -> grid().pluginClass(Arguments.required(name, "the plug-in's name")));
     }
 
     /** A configuration value of a plug-in, null when it is not set. */
     public String getPluginConf(String name, String key) {
-        Arguments.required(key, "the key");
-        return grid.pluginValue(Arguments.required(name, "the plug-in's name"), key);
+        return errors.get(
+                ()
+                        -> grid().pluginValue(Arguments.required(name, "the plug-in's name"),
+                                Arguments.required(key, "the key")));
     }
 
     // Bundles
@@ -167,25 +182,27 @@ public final class ManagementImpl {
     public int createBundle(int project, String name, String version, String prefix,
             String platform, String description, String directory, String base, String executable,
             String vendor, String[] files, String[] imports) {
-        BundleInfo info = new BundleInfo(name, version, prefix, platform, description, executable,
-                vendor, Arrays.asList(Arguments.list(imports, "imports")));
-        Project owner = grid.project(project);
-        Arguments.list(files, "files");
-        return errors.call(() -> owner.bundles().create(info, directory, base, files, null, null));
+        return create(project, directory, base, files, null, null,
+                ()
+                        -> new BundleInfo(name, version, prefix, platform, description, executable,
+                                vendor, imports));
     }
 
     /** Writes a bundle with the signer's name and the digest of each file; its id. */
     public int createSignedBundle(int project, String name, String version, String prefix,
             String platform, String description, String directory, String base, String executable,
             String vendor, String signer, String[] files, String[] imports, String algorithm) {
-        BundleInfo info = new BundleInfo(name, version, prefix, platform, description, executable,
-                vendor, Arrays.asList(Arguments.list(imports, "imports")));
-        Project owner = grid.project(project);
-        Arguments.list(files, "files");
-        Arguments.required(signer, "the signer");
-        Arguments.required(algorithm, "the digest algorithm");
-        return errors.call(
-                () -> owner.bundles().create(info, directory, base, files, signer, algorithm));
+        return create(project, directory, base, files, Arguments.orEmpty(signer), algorithm,
+                ()
+                        -> new BundleInfo(name, version, prefix, platform, description, executable,
+                                vendor, imports));
+    }
+
+    private int create(int project, String directory, String base, String[] files, String signer,
+            String algorithm, Supplier<BundleInfo> info) {
+        return errors.call(()
+                                   -> project(project).bundles().create(
+                                           info.get(), directory, base, files, signer, algorithm));
     }
 
     /** Adds a signer's name and digests to an archive. */
@@ -195,71 +212,57 @@ public final class ManagementImpl {
 
     /** Uploads the bundle that the project created last. */
     public int uploadBundle(int project) {
-        Project owner = grid.project(project);
-        return errors.act(() -> owner.bundles().upload());
+        return errors.act(() -> project(project).bundles().upload());
     }
 
     /** Uploads a bundle's archive. */
     public int uploadBundle(int project, String archive) {
-        Project owner = grid.project(project);
-        return errors.act(() -> owner.bundles().upload(archive));
+        return errors.act(() -> project(project).bundles().upload(archive));
     }
 
     /** Lets all uploaded bundles be used; how many. */
     public int approveUploadedBundles(int project) {
-        Project owner = grid.project(project);
-        return errors.call(() -> owner.bundles().approve());
+        return errors.call(() -> project(project).bundles().approve());
     }
 
     /** Whether there is an approved bundle of that name, with its prefix or without. */
     public boolean bundleExists(String name) {
-        Arguments.required(name, "the bundle's name");
-        return errors.get(() -> grid.bundleExists(name));
+        return errors.get(() -> grid().bundleExists(Arguments.required(name, "the bundle's name")));
     }
 
     /** Whether there is an approved bundle of that prefix and name. */
     public boolean bundleExists(String prefix, String name) {
-        Arguments.required(prefix, "the bundle's prefix");
-        Arguments.required(name, "the bundle's name");
-        return errors.get(() -> grid.bundleExists(prefix, name));
+        return errors.get(() -> grid().bundleExists(Arguments.orEmpty(prefix), name));
     }
 
     /** Whether there is an approved bundle of that name and version. */
     public boolean bundleVersionExists(String name, String version) {
-        Arguments.required(name, "the bundle's name");
-        Arguments.required(version, "the bundle's version");
-        return errors.get(() -> grid.bundleVersionExists(name, version));
+        return errors.get(() -> grid().bundleVersionExists(name, version));
     }
 
     /** Gives the files of the newest version of a bundle to the project's jobs. */
     public int useBundle(int project, String name) {
-        Project owner = grid.project(project);
-        Arguments.required(name, "the bundle's name");
-        return errors.act(() -> owner.bundles().use(name));
+        return errors.act(() -> project(project).bundles().use(name));
     }
 
     /** The same for a bundle of a prefix. */
     public int useBundle(int project, String prefix, String name) {
-        Project owner = grid.project(project);
-        Arguments.required(prefix, "the bundle's prefix");
-        Arguments.required(name, "the bundle's name");
-        return errors.act(() -> owner.bundles().use(prefix, name));
+        return errors.act(() -> project(project).bundles().use(prefix, name));
     }
 
     /** The id of the bundle that the project uses, 0 when it uses none. */
     public int getBundleId(int project) {
-        return grid.project(project).bundles().usedId();
+        return errors.call(() -> project(project).bundles().usedId());
     }
 
     /** Gives the files of the approved bundle of that id to the project's jobs. */
     public int setBundleId(int project, int id) {
-        Project owner = grid.project(project);
-        return errors.act(() -> owner.bundles().use(id));
+        return errors.act(() -> project(project).bundles().use(id));
     }
 
     /** The name, with its prefix, of the bundle that the project created last. */
     public String getLastCreatedBundleName(int project) {
-        return grid.project(project).bundles().lastCreatedName();
+        return errors.get(() -> project(project).bundles().lastCreatedName());
     }
 
     // Projects and jobs
@@ -271,33 +274,30 @@ public final class ManagementImpl {
 
     /** Creates a project with "key=value" parameters; its handle. */
     public int createProject(int session, int priority, String name, String[] params) {
-        Map<String, String> values = Arguments.items(params);
-        return errors.call(() -> grid.createProject(session, priority, name, values).handle());
+        return errors.call(
+                ()
+                        -> grid().createProject(session, priority, name, Arguments.items(params))
+                                   .handle());
     }
 
     /** Sets "key=value" parameters. */
     public int setProjectParams(int project, String[] params) {
-        grid.project(project).info().putParams(Arguments.items(params));
-        return Status.OK.code();
+        return errors.act(() -> project(project).info().putParams(Arguments.items(params)));
     }
 
     /** Creates one job for each shell command line; how many. */
     public int createProjectJobs(int project, String[] lines) {
-        Project owner = grid.project(project);
-        Arguments.list(lines, "lines");
-        return errors.call(() -> owner.createJobs(lines));
+        return errors.call(() -> project(project).createJobs(Arguments.list(lines, "lines")));
     }
 
     /** Creates a job that runs a program with its arguments; its number. */
     public int createJob(int project, String[] command) {
-        Project owner = grid.project(project);
-        return errors.call(() -> owner.createJob(command(command)));
+        return errors.call(() -> project(project).createJob(command(command)));
     }
 
     /** Keeps a job aside until the cached jobs are flushed; how many are aside. */
     public int createCachedJob(int project, String[] command) {
-        Project owner = grid.project(project);
-        return errors.call(() -> owner.cacheJob(command(command)));
+        return errors.call(() -> project(project).cacheJob(command(command)));
     }
 
     private static List<String> command(String[] words) {
@@ -306,150 +306,141 @@ public final class ManagementImpl {
 
     /** Creates the cached jobs; how many. */
     public int flushCachedJobs(int project) {
-        Project owner = grid.project(project);
-        return errors.call(owner::flushCachedJobs);
+        return errors.call(() -> project(project).flushCachedJobs());
     }
 
     /** Declares that no more jobs follow. */
     public int markAllJobsCreated(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner::markAllJobsCreated);
+        return errors.act(() -> project(project).markAllJobsCreated());
     }
 
     /** Lets the jobs run. */
     public int startProject(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner::start);
+        return errors.act(() -> project(project).start());
     }
 
     /** Kills the running jobs and drops the waiting ones. */
     public int stopProject(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner::stop);
+        return errors.act(() -> project(project).stop());
     }
 
     /** Stops the project, deletes its files and forgets its handle. */
     public int removeProject(int project) {
-        grid.project(project);
-        return errors.act(() -> grid.removeProject(project));
+        return errors.act(() -> grid().removeProject(project));
     }
 
     /** The number of processors that serve the project. */
     public int addUserClientsToProject(int project) {
-        grid.project(project);
-        return grid.processors();
+        return errors.call(() -> grid().processors(project));
     }
 
     /** Sends a line to the standard input of a job. */
     public int sendJobPostParameter(int project, long job, String text) {
-        Project owner = grid.project(project);
-        return errors.act(() -> owner.sendToJob(job, text));
+        return errors.act(() -> project(project).sendToJob(job, text));
     }
 
     /** The id that jobs see of the project. */
     public int getProjectId(int project) {
-        return grid.project(project).info().id();
+        return errors.call(() -> project(project).info().id());
     }
 
     /** Sets the id that jobs see of the project. */
     public int setProjectId(int project, int id) {
-        Project owner = grid.project(project);
-        return errors.act(() -> owner.setId(id));
+        return errors.act(() -> project(project).setId(id));
     }
 
     /** The number of the project's parameters. */
     public int getProjectParamCount(int project) {
-        return grid.project(project).info().params().size();
+        return errors.call(() -> project(project).info().params().size());
     }
 
     /** The name of a parameter by its position from 0. */
     public String getProjectParamName(int project, int index) {
-        return new ArrayList<>(grid.project(project).info().params().keySet()).get(index);
+        return errors.get(
+                () -> new ArrayList<>(project(project).info().params().keySet()).get(index));
     }
 
     /** The value of a parameter, null when it is not set. */
     public String getProjectParamValue(int project, String name) {
-        return grid.project(project).info().params().get(Arguments.required(name, "the name"));
+        return errors.get(
+                () -> project(project).info().params().get(Arguments.required(name, "the name")));
     }
 
     /** One line about the project. */
     public String getProjectDescription(int project) {
-        return grid.project(project).description();
+        return errors.get(() -> project(project).description());
     }
 
     // Monitoring
 
     /** Whether a job or project changes its state within so many milliseconds. */
     public boolean actionWait(long millis) {
-        return errors.get(() -> grid.awaitChange(millis));
+        return errors.get(() -> grid().awaitChange(millis));
     }
 
     /** Waits for all jobs; 0 when every one succeeded. */
     public int waitCompletion(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner::awaitCompletion);
+        return errors.act(() -> project(project).awaitCompletion());
     }
 
     /** Has a thread wait for the jobs and download each result. */
     public int waitCompletionBG(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner.backgroundWait()::start);
+        return errors.act(() -> project(project).backgroundWait().start());
     }
 
     /** Ends the waiting of that thread. */
     public int stopWaitingBG(int project) {
-        Project owner = grid.project(project);
-        return errors.act(owner.backgroundWait()::stop);
+        return errors.act(() -> project(project).backgroundWait().stop());
     }
 
     /** Whether all jobs have ended. */
     public boolean isCompleted(int project) {
-        return grid.project(project).isCompleted();
+        return errors.get(() -> project(project).isCompleted());
     }
 
     /** Whether a job has failed. */
     public boolean isFailed(int project) {
-        return grid.project(project).isFailed();
+        return errors.get(() -> project(project).isFailed());
     }
 
     /** Whether a job has ended. */
     public boolean isJobCompleted(int project, long job) {
-        return grid.project(project).isJobCompleted(job);
+        return errors.get(() -> project(project).isJobCompleted(job));
     }
 
     /** 0 created, 1 running, 2 completed, 3 failed, 4 stopped. */
     public int getProjectStatus(int project) {
-        return grid.project(project).state().ordinal();
+        return errors.call(() -> project(project).state().ordinal());
     }
 
     /** Milliseconds since the start, or from start to end. */
     public long getUsedTime(int project) {
-        return grid.project(project).usedTime();
+        return errors.get(() -> project(project).usedTime());
     }
 
     /** Milliseconds of processor time of the ended jobs. */
     public long getUsedCpuTime(int project) {
-        return grid.project(project).usedCpuTime();
+        return errors.get(() -> project(project).usedCpuTime());
     }
 
     /** A figure of the project by its name, null when there is none of that name. */
     public String getProjectStatistic(int project, String name) {
-        Long value = grid.project(project).statistics().get(Arguments.required(name, "the name"));
-        return value == null ? null : value.toString();
+        return errors.get(() -> {
+            Long value = project(project).statistics().get(Arguments.required(name, "the name"));
+            return value == null ? null : value.toString();
+        });
     }
 
     // Results
 
     /** Sets the directory to download to. */
     public int setDownloadDir(int project, String directory) {
-        results(project).setDownloadDir(directory);
-        return Status.OK.code();
+        return errors.act(() -> results(project).setDownloadDir(directory));
     }
 
     /** Sets the directory to unpack to. */
     public int setUnzipDir(int project, String directory) {
-        results(project).setUnzipDir(directory);
-        return Status.OK.code();
+        return errors.act(() -> results(project).setUnzipDir(directory));
     }
 
     /** Downloads the results of a completed project; how many archives. */
@@ -459,14 +450,12 @@ public final class ManagementImpl {
 
     /** Downloads the results, with partial also before the project is completed; how many. */
     public int downloadResult(int project, boolean partial) {
-        Project owner = grid.project(project);
-        return errors.call(() -> owner.download(partial));
+        return errors.call(() -> project(project).download(partial));
     }
 
     /** Unpacks the downloaded results; how many files. */
     public int unzip(int project) {
-        Results results = results(project);
-        return errors.call(results::unzip);
+        return errors.call(() -> results(project).unzip());
     }
 
     /** Unpacks an archive, or one entry of it, into a directory; how many files. */
@@ -476,57 +465,56 @@ public final class ManagementImpl {
 
     /** Has each result downloaded as soon as its job ends. */
     public int setStreamResults(int project, boolean stream) {
-        Results results = results(project);
-        return errors.act(() -> results.setStream(stream));
+        return errors.act(() -> results(project).setStream(stream));
     }
 
     /** The number of streamed results. */
     public int getStreamedResultFilesCount(int project) {
-        return results(project).streamedNames().size();
+        return errors.call(() -> results(project).streamedNames().size());
     }
 
     /** The name of a streamed result by its position from 0. */
     public String getStreamedResultFileName(int project, int index) {
-        return results(project).streamedNames().get(index);
+        return errors.get(() -> results(project).streamedNames().get(index));
     }
 
     /** The number of results that can be downloaded. */
     public int getResultFileCount(int project) {
-        return results(project).names().size();
+        return errors.call(() -> results(project).names().size());
     }
 
     /** The name of a result that can be downloaded by its position from 0. */
     public String getResultFileName(int project, int index) {
-        return results(project).names().get(index);
+        return errors.get(() -> results(project).names().get(index));
     }
 
     /** The path of one archive with the results of all jobs. */
     public String getResultFile(int project) {
-        Results results = results(project);
-        Path archive = errors.get(results::merged);
-        return archive.toString();
+        return errors.get(() -> results(project).merged().toString());
     }
 
     /** The path of the directory with the results. */
     public String getResultDirectory(int project) {
-        return results(project).directory().toString();
+        return errors.get(() -> results(project).directory().toString());
     }
 
-    private Results results(int project) {
-        return grid.project(project).results();
+    private Results results(int project) throws GridException {
+        return project(project).results();
     }
 
     // Parallel-each
 
     /** The object for parallel-each runs that are described piece by piece. */
     public PeachWrapper getPeachWrapper() {
-        return new PeachWrapper(grid);
+        return errors.get(() -> new PeachWrapper(grid()));
     }
 
     /** Runs a parallel-each computation described by "key=value" arguments; its handle. */
     public int peach(String[] arguments) {
-        Arguments.list(arguments, "arguments");
-        return errors.call(() -> grid.peach(arguments));
+        return errors.call(() -> {
+            PeachWrapper wrapper = new PeachWrapper(grid());
+            return grid().peach(handle -> PeachArguments.set(wrapper, handle, arguments));
+        });
     }
 
     /** The next result file of a parallel-each run, null when there is none. */
