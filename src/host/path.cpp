@@ -22,7 +22,7 @@ bool join(char *path, std::initializer_list<std::string_view> parts) {
 
 std::string_view directory_of(std::string_view file) {
   const std::size_t slash = file.rfind('/');
-  return slash == file.npos ? "." : file.substr(0, slash);
+  return slash == file.npos ? "." : std::string_view(file.data(), slash);
 }
 
 bool opens_for_reading(const char *path) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Compares what the headers declare, what the version script lists and what the library exports,
-and looks at how the library is bound to the system.
+"""Compares what the headers declare, what the version script lists, what was promised to programs
+and what the library exports, and looks at how the library is bound to the system.
 
 exports.py PROJECT LIBRARY [ELF-CLASS MACHINE]
 """
@@ -37,6 +37,12 @@ def listed():
     return set(re.findall(r"(\w+);", script.split("local:")[0]))
 
 
+def promised():
+    """The SONAME and the symbols that programs were linked with."""
+    soname, *symbols = (project / "cmake/debian/libvantiro1.symbols").read_text().splitlines()
+    return soname.split()[0], {line.split("@")[0].strip() for line in symbols}
+
+
 def exported():
     lines = run("nm", "-D", "--defined-only", library).splitlines()
     return {line.split()[-1] for line in lines}
@@ -47,10 +53,15 @@ if len(header) < 150:
     faults.append(f"only {len(header)} declarations were found in the headers")
 compare("exports.map against the headers", listed(), header)
 compare("the library against the headers", exported(), header)
+soname, symbols = promised()
+compare("the library against the symbols of earlier releases", exported() & symbols, symbols)
 
 dynamic = run("readelf", "--dynamic", "--wide", library)
-if not re.search(r"SONAME.*\[libvantiro\.so\.\d+\]", dynamic):
-    faults.append("the SONAME has no version")
+if f"soname: [{soname}]" not in dynamic:
+    faults.append(f"the SONAME is not {soname}")
+for version in re.findall(r"Name: GLIBC_2\.(\d+)", run("readelf", "--version-info", "--wide", library)):
+    if int(version) > 34:
+        faults.append(f"the library needs version 2.{version} of the C library")
 for needed in re.findall(r"NEEDED.*\[(.*)\]", dynamic):
     if not re.match(r"(libc\.so|ld-linux|lib[au]san\.so)", needed):
         faults.append(f"the library needs {needed}")
