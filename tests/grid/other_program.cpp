@@ -1,26 +1,54 @@
-// A second program for the tests: other_program WHAT FOLDER. It prints its process id when it has
-// got where the test wants it, and stays there.
+// A second program for the tests: other_program WHAT FOLDER.
 #include <unistd.h>
 #include <vantiro.h>
 
 #include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
 #include <string>
+
+namespace {
+
+int start(const std::string &line) {
+  const int project = vantiro_createEmptyProject(vantiro_open(), 0, "other");
+  vantiro_createProjectJobs(project, 1, line.c_str());
+  vantiro_markAllJobsCreated(project);
+  vantiro_startProject(project);
+  return project;
+}
+
+// Says that it has got where the test wants it, and stays there.
+[[noreturn]] void stay() {
+  std::printf("%d\n", getpid());
+  std::fflush(stdout);
+  while (true) pause();
+}
+
+}  // namespace
 
 int main(int, char **arguments) {
   const std::string what = arguments[1], folder = arguments[2];
   if (vantiro_initFile((folder + "/settings").c_str()) != 0) return 1;
   if (what == "ended-project") {
-    const int project = vantiro_createEmptyProject(vantiro_open(), 0, "other");
-    vantiro_createProjectJobs(project, 1, "echo result");
-    vantiro_markAllJobsCreated(project);
-    vantiro_startProject(project);
-    if (vantiro_waitCompletion(project) != 0) return 1;
+    if (vantiro_waitCompletion(start("echo result")) != 0) return 1;
+    stay();
   }
-  std::printf("%d\n", getpid());
-  std::fflush(stdout);
-  const int project = what == "bundles" ? vantiro_createEmptyProject(vantiro_open(), 0, "p") : 0;
-  while (project) {
-    if (vantiro_approveUploadedBundles(project) < 0) return 1;
+  if (what == "bundles") {
+    std::printf("%d\n", getpid());
+    std::fflush(stdout);
+    const int project = vantiro_createEmptyProject(vantiro_open(), 0, "p");
+    while (vantiro_approveUploadedBundles(project) >= 0) continue;
+    return 1;
   }
-  while (true) pause();
+  std::stringstream job;
+  job << std::ifstream(folder + "/job").rdbuf();
+  const int project = start(job.str());
+  if (what == "wait") {
+    vantiro_waitCompletion(project);
+    std::ofstream(folder + "/told") << "the wait has returned";
+  }
+  while (access((folder + "/go").c_str(), F_OK) != 0) usleep(10000);
+  if (what == "_exit") _exit(3);
+  if (what == "abort") std::abort();
 }

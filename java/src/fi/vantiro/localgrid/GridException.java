@@ -60,7 +60,7 @@ public final class GridException extends Exception {
     /** What is said of any trouble; made without memory when there is none. */
     static String text(Throwable trouble) {
         if (trouble instanceof OutOfMemoryError) {
-            return "the Java runtime is out of memory or threads: JAVA_TOOL_OPTIONS=-Xmx512m gives "
+            return "the Java runtime is out of memory or threads: _JAVA_OPTIONS=-Xmx512M gives "
                     + "it more, and what the calls of a thread left in it is freed when that "
                     + "thread detaches (DetachCurrentThread)";
         }
