@@ -72,10 +72,20 @@ TEST_F(Files, ThatADyingProgramLeftAreRemoved) {
 }
 
 TEST_F(Files, AreTheUsersAlone) {
-  ended_project("true");
+  const int project = ended_project("echo secret >out; chmod 754 out");
   for (const char *made : {"home", "home/projects", "home/owners", "home/projects/1"}) {
     EXPECT_EQ(mode(path(made)), 0700u) << made;
   }
+  EXPECT_EQ(vantiro_setDownloadDir(project, path("down").c_str()), 0);
+  EXPECT_EQ(vantiro_downloadResult(project), 1);
+  EXPECT_EQ(mode(path("down/job-1.zip")), 0666u) << "the user's own directory, and umask";
+  EXPECT_EQ(count(path("down")), 1u) << "what was written beside it was renamed";
+  EXPECT_GT(vantiro_unzip(project), 1);
+  EXPECT_EQ(mode(path("down/job-1/out")), 0754u) << "as the job made it";
+  const std::string all =
+      text_of([&](char *b, unsigned int *s) { return vantiro_getResultFile(project, b, s); });
+  EXPECT_EQ(vantiro_unzipFile(all.c_str(), path("all").c_str(), nullptr), 3) << last_error();
+  EXPECT_EQ(mode(path("all/job-1/out")), 0754u);
   if (getuid() == 0) {
     ASSERT_EQ(chown(path("home").c_str(), 12345, 12345), 0);
     EXPECT_EQ(vantiro_ready(session), 0);
@@ -91,4 +101,23 @@ TEST_F(Files, ThatCannotBeWrittenMakeTheGridUnready) {
   EXPECT_TRUE(contains(last_error(), "File too large")) << last_error();
   EXPECT_EQ(vantiro_close(session), 0);
   EXPECT_LT(vantiro_open(), 0);
+}
+
+TEST_F(Files, WithNamesThatAreNoTextAreKeptUnderOthers) {
+  const int project =
+      ended_project("d=$(printf 'd\\351'); mkdir $d; echo x >$d/$(printf 'f\\377')");
+  vantiro_setDownloadDir(project, path("down").c_str());
+  EXPECT_EQ(vantiro_downloadResult(project), 1);
+  EXPECT_EQ(vantiro_unzip(project), 3) << last_error();
+  EXPECT_EQ(read(path("down/job-1/d%E9/f%FF")), "x\n");
+}
+
+TEST_F(Files, ThatCleanupRemovedAreNotResults) {
+  const int project = ended_project("true");
+  vantiro_setDownloadDir(project, path("down").c_str());
+  EXPECT_EQ(vantiro_cleanup(session, 1), 1);
+  EXPECT_EQ(vantiro_downloadResult(project), -8);
+  EXPECT_TRUE(contains(last_error(), "removed")) << last_error();
+  EXPECT_EQ(text_of([&](char *b, unsigned int *s) { return vantiro_getResultFile(project, b, s); }),
+            "<-13>");
 }

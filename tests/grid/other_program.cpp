@@ -7,6 +7,7 @@
 #include <fstream>
 #include <sstream>
 #include <string>
+#include <thread>
 
 namespace {
 
@@ -40,6 +41,14 @@ int main(int, char **arguments) {
     const int project = vantiro_createEmptyProject(vantiro_open(), 0, "p");
     while (vantiro_approveUploadedBundles(project) >= 0) continue;
     return 1;
+  }
+  if (what == "peach") {
+    const std::string started = folder + "/other-started", state = "stateDir=" + folder + "/state";
+    std::thread([&] {
+      vantiro_peach(2, ("executable=touch " + started + "; sleep 1000").c_str(), state.c_str());
+    }).detach();
+    while (access(started.c_str(), F_OK) != 0) usleep(10000);
+    stay();
   }
   std::stringstream job;
   job << std::ifstream(folder + "/job").rdbuf();

@@ -10,6 +10,7 @@ import java.util.Collection;
 import java.util.Collections;
 import java.util.List;
 import java.util.Map;
+import java.util.concurrent.ThreadLocalRandom;
 import java.util.function.Predicate;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipException;
@@ -27,8 +28,9 @@ final class Archives {
     }
 
     static void replace(Path target, Writing writing) throws IOException {
-        Files.createDirectories(target.getParent());
-        Path part = Files.createTempFile(target.getParent(), target.getFileName() + ".", ".part");
+        Trees.create(target.getParent());
+        String random = Long.toHexString(ThreadLocalRandom.current().nextLong());
+        Path part = target.resolveSibling(target.getFileName() + "." + random + ".part");
         try {
             writing.to(part);
             Files.move(part, target, StandardCopyOption.REPLACE_EXISTING);
@@ -42,7 +44,9 @@ final class Archives {
         replace(archive, part -> {
             try (ZipOutputStream zip = new ZipOutputStream(Files.newOutputStream(part))) {
                 for (String name : names) {
-                    zip.putNextEntry(new ZipEntry(name));
+                    ZipEntry entry = new ZipEntry(name);
+                    FileMode.write(root.resolve(name), entry);
+                    zip.putNextEntry(entry);
                     Files.copy(root.resolve(name), zip);
                 }
             }
@@ -65,7 +69,9 @@ final class Archives {
         byte[] buffer = new byte[1 << 13];
         try (ZipFile source = new ZipFile(archive.toFile())) {
             for (ZipEntry entry : Collections.list(source.entries())) {
-                zip.putNextEntry(new ZipEntry(directory + "/" + entry.getName()));
+                ZipEntry copy = new ZipEntry(directory + "/" + entry.getName());
+                copy.setExtra(entry.getExtra());
+                zip.putNextEntry(copy);
                 try (InputStream content = source.getInputStream(entry)) {
                     for (int n = content.read(buffer); n >= 0; n = content.read(buffer)) {
                         zip.write(buffer, 0, n);
@@ -87,7 +93,7 @@ final class Archives {
             for (ZipEntry entry : entries) {
                 target(directory, entry, archive);
             }
-            Files.createDirectories(directory);
+            Trees.create(directory);
             int files = 0;
             for (ZipEntry entry : entries) {
                 files += unpack(zip, entry, directory, archive);
@@ -110,13 +116,14 @@ final class Archives {
             throw unsafe(entry, archive);
         }
         if (entry.isDirectory()) {
-            Files.createDirectories(target);
+            Trees.create(target);
             return 0;
         }
-        Files.createDirectories(target.getParent());
+        Trees.create(target.getParent());
         try (InputStream content = zip.getInputStream(entry)) {
             Files.copy(content, target, StandardCopyOption.REPLACE_EXISTING);
         }
+        FileMode.restore(entry, target);
         return 1;
     }
 

@@ -47,6 +47,8 @@ public final class BackgroundWait {
             }
         } catch (IOException e) {
             project.report("cannot download its results", e);
+        } catch (GridException e) {
+            project.report("cannot download its results", e);
         } catch (InterruptedException e) {
             Thread.currentThread().interrupt();
         }

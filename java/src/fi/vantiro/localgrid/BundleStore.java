@@ -1,7 +1,6 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
-import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.StandardCopyOption;
@@ -41,7 +40,7 @@ final class BundleStore {
     /** Makes all uploaded bundles usable; how many. */
     int approve() throws GridException, IOException {
         return exclusively(() -> {
-            List<Path> archives = list(uploaded, "*.jar");
+            List<Path> archives = Trees.list(uploaded, "*.jar");
             for (Path archive : archives) {
                 BundleArchive.verify(archive);
             }
@@ -56,7 +55,7 @@ final class BundleStore {
     /** Removes what a program left that died while it uploaded. */
     void cleanup() throws GridException, IOException {
         exclusively(() -> {
-            for (Path part : list(uploaded, "*.part")) {
+            for (Path part : Trees.list(uploaded, "*.part")) {
                 Files.delete(part);
             }
             return null;
@@ -94,22 +93,12 @@ final class BundleStore {
     private List<BundleInfo> approved(Predicate<BundleInfo> condition)
             throws GridException, IOException {
         List<BundleInfo> found = new ArrayList<>();
-        for (Path archive : list(approved, "*.jar")) {
+        for (Path archive : Trees.list(approved, "*.jar")) {
             BundleInfo info = BundleArchive.info(archive);
             if (condition.test(info)) {
                 found.add(info);
             }
         }
         return found;
-    }
-
-    private static List<Path> list(Path directory, String pattern) throws IOException {
-        List<Path> archives = new ArrayList<>();
-        if (Files.isDirectory(directory)) {
-            try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
-                paths.forEach(archives::add);
-            }
-        }
-        return archives;
     }
 }

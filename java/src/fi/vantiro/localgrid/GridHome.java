@@ -2,7 +2,6 @@ package fi.vantiro.localgrid;
 
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
-import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.nio.file.attribute.PosixFilePermission;
@@ -105,7 +104,7 @@ final class GridHome {
     /** The names of the owners that live. What no owner has locked is removed. */
     private Set<String> removeDeadOwners() throws GridException, IOException {
         Set<String> living = new HashSet<>();
-        for (Path owner : list(owners, "*")) {
+        for (Path owner : Trees.list(owners, "*")) {
             KernelLock lock = KernelLock.tryLock(owner, OWNER_BYTES);
             if (lock == null) {
                 living.add(owner.getFileName().toString());
@@ -192,7 +191,7 @@ final class GridHome {
                     directories += all ? project.discard(removed) : project.discardWork(removed);
                 }
             }
-            trees.addAll(list(removed, "*"));
+            trees.addAll(Trees.list(removed, "*"));
             return directories;
         });
         for (Path tree : trees) {
@@ -204,16 +203,8 @@ final class GridHome {
 
     private List<ProjectDirectory> projects() throws IOException {
         List<ProjectDirectory> found = new ArrayList<>();
-        for (Path path : list(projects, "[0-9]*")) {
+        for (Path path : Trees.list(projects, "[0-9]*")) {
             found.add(new ProjectDirectory(path));
-        }
-        return found;
-    }
-
-    private static List<Path> list(Path directory, String pattern) throws IOException {
-        List<Path> found = new ArrayList<>();
-        try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
-            paths.forEach(found::add);
         }
         return found;
     }

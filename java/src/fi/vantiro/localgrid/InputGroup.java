@@ -37,21 +37,24 @@ public final class InputGroup {
         files.computeIfAbsent(job, number -> new ArrayList<>()).add(file);
     }
 
-    /** Checks the files and brings the archive up to date. */
-    void prepare(Path archiveFile) throws GridException, IOException {
-        Map<String, Path> entries = new LinkedHashMap<>();
-        for (Map.Entry<Integer, List<InputFile>> some : files.entrySet()) {
-            for (InputFile file : some.getValue()) {
+    void checkReadable() throws GridException {
+        for (List<InputFile> some : files.values()) {
+            for (InputFile file : some) {
                 file.checkReadable();
-                entries.put(entry(some.getKey(), file), file.source);
             }
         }
-        Files.createDirectories(archiveFile.getParent());
-        if (entries.isEmpty() || !copy) {
-            Files.deleteIfExists(archiveFile);
+    }
+
+    /** Brings the archive in the state directory up to date. */
+    void prepare(StateDirectory state, String name) throws GridException, IOException {
+        if (files.isEmpty() || !copy) {
+            state.remove(name);
             return;
         }
-        archive = archiveFile;
+        Map<String, Path> entries = new LinkedHashMap<>();
+        files.forEach(
+                (job, some) -> some.forEach(file -> entries.put(entry(job, file), file.source)));
+        archive = state.claim(name);
         Map<String, BundleArchive.Content> contents = BundleArchive.contents(entries);
         Manifest manifest = BundleArchive.manifest();
         if (!skipDigest) {
@@ -94,7 +97,7 @@ public final class InputGroup {
         try (JarFile jar = new JarFile(archive.toFile(), false)) {
             for (InputFile file : files.get(job)) {
                 Path target = directory.resolve(file.target);
-                Files.createDirectories(target.getParent());
+                Trees.create(target.getParent());
                 try (InputStream in = jar.getInputStream(jar.getJarEntry(entry(job, file)))) {
                     Files.copy(in, target, StandardCopyOption.REPLACE_EXISTING);
                 }

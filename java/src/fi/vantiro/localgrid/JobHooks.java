@@ -30,7 +30,9 @@ interface JobHooks {
         return null;
     }
 
-    /** Takes the outputs over before the working directory goes. */
-    default void ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
-            throws IOException {}
+    /** Takes the outputs over before the working directory goes; by default into an archive. */
+    default void ended(Results results, int job, Path directory, Collection<String> outputs,
+            boolean succeeded) throws GridException, IOException {
+        results.add(job, directory, outputs);
+    }
 }

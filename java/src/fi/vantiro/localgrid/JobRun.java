@@ -133,15 +133,9 @@ final class JobRun implements Runnable, Keeper.Client {
         Collection<String> outputs = hooks.outputs().isEmpty()
                 ? directory.changedFiles()
                 : directory.listedFiles(hooks.outputs());
-        if (directory.unnamed() > 0) {
-            project.report("job " + job.number + " left " + directory.unnamed()
-                    + " files out of its results, whose names the character set "
-                    + NativeText.charset() + " of the program's locale does not know");
-        }
         String failure = failure(outputs);
         project.addCpuTime(outcome.cpuMillis);
-        project.results().add(job.number, directory.root(), outputs);
-        hooks.ended(job.number, directory.root(), outputs, failure == null);
+        hooks.ended(project.results(), job.number, directory.root(), outputs, failure == null);
         return failure;
     }
 

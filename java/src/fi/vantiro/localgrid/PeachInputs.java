@@ -11,25 +11,17 @@ import java.util.Map;
 /** Everything that the jobs of a parallel-each run find in their working directories. */
 final class PeachInputs {
     private final PeachDescription description;
-    private final Path archives;
 
-    PeachInputs(PeachDescription description, Path stateDir) {
+    PeachInputs(PeachDescription description) {
         this.description = description;
-        archives = stateDir.resolve("inputs");
+        description.assignJobFiles();
     }
 
-    /** Checks the inputs and brings their archives in the state directory up to date. */
-    void prepare() throws GridException, IOException {
-        description.assignJobFiles();
-        String bundle = description.exeBundle.isEmpty() ? "" : "-" + description.exeBundle;
-        description.exe.prepare(archives.resolve("exe" + bundle + ".jar"));
-        int number = 0;
-        for (InputGroup data : description.dataBundles()) {
-            number++;
-            data.prepare(archives.resolve("data-" + number + ".jar"));
+    /** Fails unless everything is there. */
+    void check() throws GridException {
+        for (InputGroup group : groups()) {
+            group.checkReadable();
         }
-        description.jobInputs.prepare(archives.resolve("job.jar"));
-        description.params.prepare(archives.resolve("param.jar"));
         for (Path resource : description.externalResources) {
             if (!Files.exists(resource)) {
                 throw new GridException(
@@ -38,13 +30,30 @@ final class PeachInputs {
         }
     }
 
-    /** Fills one job's working directory and environment. */
-    void place(int job, Path directory, Map<String, String> environment) throws IOException {
+    private List<InputGroup> groups() {
         List<InputGroup> groups = new ArrayList<>(description.dataBundles());
         groups.add(description.params);
         groups.add(description.jobInputs);
         groups.add(description.exe);
-        for (InputGroup group : groups) {
+        return groups;
+    }
+
+    /** Brings the archives of the inputs in the state directory up to date. */
+    void prepare(StateDirectory state) throws GridException, IOException {
+        String bundle = description.exeBundle.isEmpty() ? "" : "-" + description.exeBundle;
+        description.exe.prepare(state, "inputs/exe" + bundle + ".jar");
+        int number = 0;
+        for (InputGroup data : description.dataBundles()) {
+            number++;
+            data.prepare(state, "inputs/data-" + number + ".jar");
+        }
+        description.jobInputs.prepare(state, "inputs/job.jar");
+        description.params.prepare(state, "inputs/param.jar");
+    }
+
+    /** Fills one job's working directory and environment. */
+    void place(int job, Path directory, Map<String, String> environment) throws IOException {
+        for (InputGroup group : groups()) {
             group.place(job, directory);
         }
         for (Path resource : description.externalResources) {

@@ -1,10 +1,9 @@
 package fi.vantiro.localgrid;
 
 import java.io.IOException;
-import java.nio.file.DirectoryStream;
-import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.Arrays;
 import java.util.Collection;
 import java.util.List;
 import java.util.Map;
@@ -29,7 +28,7 @@ public final class PeachRun implements JobHooks {
     private Phase phase = Phase.DESCRIBED;
     private boolean failed;
     private volatile boolean sourcesChanged;
-    private Path stateDir;
+    private StateDirectory state;
     private PeachInputs inputs;
     private int jobsEnded;
 
@@ -111,34 +110,35 @@ public final class PeachRun implements JobHooks {
     }
 
     private void prepare() throws GridException, IOException {
-        stateDir = stateDir();
-        Files.createDirectories(stateDir);
-        removeOldOutputs();
-        PeachSources sources = sources();
-        sourcesChanged = sources.changed();
-        if (sourcesChanged) {
-            sources.save();
-        }
-        inputs = new PeachInputs(description, stateDir);
-        inputs.prepare();
+        inputs = new PeachInputs(description);
+        inputs.check();
         chooseBundles();
-        project.info().describe(description.name, description.description, description.priority);
-        project.info().putParams(description.projectParams);
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
         }
-        for (int left = description.jobCount(); left > 0; left--) {
+        PeachSources sources = sources();
+        int jobs = description.jobCount();
+        state = new StateDirectory(stateDir());
+        state.open(jobs, plainOutputs());
+        sourcesChanged = sources.changed();
+        if (sourcesChanged) {
+            sources.save(state);
+        }
+        inputs.prepare(state);
+        project.info().describe(description.name, description.description, description.priority);
+        project.info().putParams(description.projectParams);
+        for (int left = jobs; left > 0; left--) {
             project.createJob(Job.shellLine(description.executable));
         }
         project.markAllJobsCreated();
     }
 
-    private void removeOldOutputs() throws IOException {
-        try (DirectoryStream<Path> old = Files.newDirectoryStream(stateDir, "job-[0-9]*")) {
-            for (Path directory : old) {
-                Trees.delete(directory);
-            }
-        }
+    /** The outputs whose names are known before the jobs run. */
+    private List<String> plainOutputs() {
+        List<String> names = new ArrayList<>(description.outputs);
+        names.removeIf(WorkDirectory::isPattern);
+        names.addAll(Arrays.asList(WorkDirectory.STDOUT, WorkDirectory.STDERR));
+        return names;
     }
 
     private void chooseBundles() throws GridException, IOException {
@@ -176,6 +176,9 @@ public final class PeachRun implements JobHooks {
                 failed = !succeeded;
                 phase = Phase.ENDED;
                 files.release();
+                if (state != null) {
+                    state.close();
+                }
                 notifyAll();
             }
         }
@@ -218,16 +221,18 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
-    public void ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
-            throws IOException {
+    public void ended(Results results, int job, Path directory, Collection<String> outputs,
+            boolean succeeded) throws GridException, IOException {
+        state.take(job, directory, outputs, keepsWork(project.settings().keepWork));
+        List<String> names = new ArrayList<>(outputs);
+        results.add(job, archive -> {
+            state.checkCurrent();
+            Archives.pack(archive, state.outputs(job), names);
+        });
         List<Path> kept = new ArrayList<>();
-        for (String name : outputs) {
-            Path target = stateDir.resolve("job-" + job).resolve(name);
-            Trees.copy(directory.resolve(name), target);
-            boolean isStream =
-                    name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
-            if (description.outputs.isEmpty() || !isStream || description.outputs.contains(name)) {
-                kept.add(target);
+        for (String name : names) {
+            if (isHandedOut(name)) {
+                kept.add(state.outputs(job).resolve(name));
             }
         }
         synchronized (this) {
@@ -243,10 +248,18 @@ public final class PeachRun implements JobHooks {
         }
     }
 
+    private boolean isHandedOut(String name) {
+        boolean isStream = name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
+        return !isStream || description.outputs.isEmpty() || description.outputs.contains(name);
+    }
+
     /** The next result file, null when there is none (yet). */
     public synchronized Path nextFile() throws GridException, IOException, InterruptedException {
         boolean over = phase == Phase.ENDED;
         Path file = over && failed ? null : files.next();
+        if (file != null) {
+            state.checkCurrent();
+        }
         if (file == null && over && description.close) {
             done();
         }
@@ -282,7 +295,7 @@ public final class PeachRun implements JobHooks {
             while (phase == Phase.EXECUTING) {
                 wait();
             }
-            if (Boolean.TRUE.equals(description.cleanup)) {
+            if (Boolean.TRUE.equals(description.cleanup) && state != null && state.isCurrent()) {
                 files.deleteProcessed();
             }
         }

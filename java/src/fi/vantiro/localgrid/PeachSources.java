@@ -12,12 +12,14 @@ import java.util.Properties;
 
 /** The digests of a run's source files, kept in the state directory from run to run. */
 final class PeachSources {
+    private static final String RECORD = "sources.properties";
+
     private final Path record;
     private final Properties present = new Properties();
 
     PeachSources(Path stateDir, List<InputFile> files, Map<String, String> extras)
             throws GridException, IOException {
-        record = stateDir.resolve("sources.properties");
+        record = stateDir.resolve(RECORD);
         Map<String, Path> paths = new LinkedHashMap<>();
         for (InputFile file : files) {
             file.checkReadable();
@@ -39,8 +41,8 @@ final class PeachSources {
         return !last.equals(present);
     }
 
-    void save() throws IOException {
-        Archives.replace(record, part -> {
+    void save(StateDirectory state) throws GridException, IOException {
+        Archives.replace(state.claim(RECORD), part -> {
             try (OutputStream out = Files.newOutputStream(part)) {
                 present.store(out, null);
             }

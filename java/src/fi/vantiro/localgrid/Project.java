@@ -439,15 +439,12 @@ public final class Project {
 
     /** Remembers a failure that no caller waits for. */
     void report(String what, IOException e) {
-        GridException failure = GridException.of(e);
-        grid.errors().record(new GridException(
-                failure.status(), this + ": " + what + ": " + failure.getMessage()));
+        report(what, GridException.of(e));
     }
 
-    /** Remembers something to tell that is no failure of a call. */
-    void report(String what) {
-        LOG.warning(this + ": " + what);
-        grid.errors().record(new GridException(Status.IO_ERROR, this + ": " + what));
+    void report(String what, GridException failure) {
+        grid.errors().record(new GridException(
+                failure.status(), this + ": " + what + ": " + failure.getMessage()));
     }
 
     private GridException wrongState(String what) {

@@ -2,8 +2,11 @@ package fi.vantiro.localgrid;
 
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
+import java.nio.file.AtomicMoveNotSupportedException;
+import java.nio.file.DirectoryStream;
 import java.nio.file.FileVisitResult;
 import java.nio.file.Files;
+import java.nio.file.InvalidPathException;
 import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
@@ -13,7 +16,9 @@ import java.nio.file.attribute.BasicFileAttributes;
 import java.nio.file.attribute.FileAttribute;
 import java.nio.file.attribute.PosixFilePermission;
 import java.nio.file.attribute.PosixFilePermissions;
+import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.List;
 import java.util.Set;
 
 /** Operations on files and directory trees. */
@@ -33,6 +38,17 @@ final class Trees {
     /** The same; a directory that is made is its user's alone. */
     static void createPrivate(Path directory) throws IOException {
         create(directory, PRIVATE);
+    }
+
+    /** What is in a directory under names that fit a pattern. */
+    static List<Path> list(Path directory, String pattern) throws IOException {
+        List<Path> found = new ArrayList<>();
+        if (Files.isDirectory(directory)) {
+            try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
+                paths.forEach(found::add);
+            }
+        }
+        return found;
     }
 
     /** Deletes a tree if it is there; links in it are removed, not followed. */
@@ -91,6 +107,56 @@ final class Trees {
         create(target.getParent());
         Files.copy(source, target, StandardCopyOption.REPLACE_EXISTING,
                 StandardCopyOption.COPY_ATTRIBUTES);
+    }
+
+    /**
+     * Moves one file with its permissions, in the place of an older one; a link's file is copied.
+     */
+    static void move(Path source, Path target) throws IOException {
+        if (Files.isSymbolicLink(source)) {
+            copy(source, target);
+            return;
+        }
+        try {
+            Files.move(source, target, StandardCopyOption.ATOMIC_MOVE);
+        } catch (AtomicMoveNotSupportedException e) {
+            Files.move(source, target, StandardCopyOption.REPLACE_EXISTING);
+        }
+    }
+
+    /** Whether the name of a file is text that leads to it again. */
+    static boolean isNamed(Path file) {
+        try {
+            return file.equals(file.getFileSystem().getPath(file.toString()));
+        } catch (InvalidPathException e) {
+            return false;
+        }
+    }
+
+    /** Writes what is no text in the names below a directory as %XX. */
+    static void nameFiles(Path root) throws IOException {
+        Files.walkFileTree(root, new SimpleFileVisitor<Path>() {
+            @Override
+            public FileVisitResult visitFile(Path file, BasicFileAttributes attributes)
+                    throws IOException {
+                return name(file);
+            }
+
+            @Override
+            public FileVisitResult postVisitDirectory(Path dir, IOException failure)
+                    throws IOException {
+                return dir.equals(root) ? FileVisitResult.CONTINUE : name(dir);
+            }
+
+            private FileVisitResult name(Path file) throws IOException {
+                if (!isNamed(file.getFileName())) {
+                    String text = file.getFileName().toUri().getRawPath();
+                    String name = text.substring(text.lastIndexOf('/') + 1);
+                    Files.move(file, file.resolveSibling(name));
+                }
+                return FileVisitResult.CONTINUE;
+            }
+        });
     }
 
     /** Puts a symbolic link to the source at the target. */

@@ -23,7 +23,6 @@ final class WorkDirectory {
 
     private final Path root;
     private Map<String, String> inputs = new HashMap<>();
-    private int unnamed;
 
     private WorkDirectory(Path root) {
         this.root = root;
@@ -70,11 +69,6 @@ final class WorkDirectory {
                 Collectors.toCollection(TreeSet::new));
     }
 
-    /** How many files have names that the locale's character set does not know. */
-    int unnamed() {
-        return unnamed;
-    }
-
     /** A name or pattern in the form that listedFiles takes. */
     static String pattern(String text) {
         String pattern = isPattern(text) ? text : Arguments.inside(text);
@@ -90,21 +84,23 @@ final class WorkDirectory {
     /** Every file below the directory with a mark that changes when the file does. */
     private Map<String, String> files() throws IOException {
         Map<String, String> found = new TreeMap<>();
-        unnamed = 0;
+        boolean[] unnamed = {false};
         Files.walkFileTree(root, new SimpleFileVisitor<Path>() {
             @Override
             public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
-                String name = root.relativize(file).toString();
-                if (!root.resolve(name).equals(file)) {
-                    unnamed++;
-                } else if (Files.isRegularFile(file)) {
-                    found.put(name,
+                unnamed[0] |= !Trees.isNamed(file);
+                if (Files.isRegularFile(file)) {
+                    found.put(root.relativize(file).toString(),
                             attributes.fileKey() + " " + attributes.size() + " "
                                     + attributes.lastModifiedTime());
                 }
                 return FileVisitResult.CONTINUE;
             }
         });
+        if (unnamed[0]) {
+            Trees.nameFiles(root);
+            return files();
+        }
         return found;
     }
 }

@@ -470,22 +470,22 @@ public final class ManagementImpl {
 
     /** The number of streamed results. */
     public int getStreamedResultFilesCount(int project) {
-        return errors.call(() -> results(project).streamedNames().size());
+        return errors.call(() -> results(project).streamedCount());
     }
 
     /** The name of a streamed result by its position from 0. */
     public String getStreamedResultFileName(int project, int index) {
-        return errors.get(() -> results(project).streamedNames().get(index));
+        return errors.get(() -> results(project).streamedName(index));
     }
 
     /** The number of results that can be downloaded. */
     public int getResultFileCount(int project) {
-        return errors.call(() -> results(project).names().size());
+        return errors.call(() -> results(project).count());
     }
 
     /** The name of a result that can be downloaded by its position from 0. */
     public String getResultFileName(int project, int index) {
-        return errors.get(() -> results(project).names().get(index));
+        return errors.get(() -> results(project).name(index));
     }
 
     /** The path of one archive with the results of all jobs. */
