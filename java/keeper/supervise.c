@@ -13,7 +13,7 @@
 
 #include "keeper.h"
 
-enum { WORD_PAUSE_MS = 500 };
+enum { START_PAUSE_MS = 500, END_PAUSE_MS = 5000 };
 
 struct run {
   const struct job *job;
@@ -139,11 +139,12 @@ static void run_cancel(const struct run *run) {
 // engine is told. What the job's own side says counts, whatever the launcher's status.
 static struct outcome end_launcher(struct run *run) {
   struct outcome outcome = {0};
+  if (!run->ended && word_ended(run->job, &outcome)) await_end(run, run->job->grace_s * 1000);
   if (!run->ended) {
     kill(run->main, SIGTERM);
     await_end(run, run->job->grace_s * 1000);
   }
-  if (!word_ended(run->job, &outcome) && *run->job->cancel) {
+  if (*run->job->cancel && (!run->ended || !word_ended(run->job, &outcome))) {
     run_cancel(run);
     await_end(run, run->job->grace_s * 1000);
   }
@@ -172,13 +173,18 @@ struct outcome supervise(const struct job *job, bool far, void (*on_started)(voi
   }
   bool started = !launch;
   if (started) on_started();
+  // A launcher may also hang when its job has ended.
+  bool told = false;
+  struct outcome outcome;
   long limit = job->timeout_s > 0 && !launch ? now_ms() + job->timeout_s * 1000 : LONG_MAX;
-  while (!run.ended && run.ending == EXITED) {
-    wait_for_something(&run, started ? limit : now_ms() + WORD_PAUSE_MS);
+  while (!run.ended && run.ending == EXITED && !told) {
+    long pause = started ? END_PAUSE_MS : START_PAUSE_MS;
+    wait_for_something(&run, launch ? now_ms() + pause : limit);
     if (!started && word_started(job)) {
       started = true;
       on_started();
     }
+    told = launch && started && word_ended(job, &outcome);
     if (!run.ended && run.ending == EXITED && now_ms() >= limit) run.ending = TIMED_OUT;
   }
   return launch ? end_launcher(&run) : end_job(&run);
