@@ -10,6 +10,7 @@ root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.." && pwd -
 build=$root/build
 runtime=$build/runtime-i386
 benchmark=$build/benchmark-i386
+python=$build/python-i386
 slurm=$build/slurm
 logs=$build/logs
 

@@ -1,0 +1,123 @@
+"""The frames of Java references, and the threads that hold them.
+
+Each string that goes in or comes out is a Java reference of the calling thread. Java keeps it until
+the thread detaches, or until the frame in which it was made is popped. To push and pop a frame for
+each call would cost more than the call, so a frame takes many calls, and is renewed when it is full.
+
+The functions for it stand in tables of pointers that the Java machine and the thread's environment
+begin with. The Java Native Interface fixes the positions in them for all versions.
+"""
+import collections
+import contextlib
+import ctypes
+import itertools
+import threading
+from typing import Any, Iterator, Optional
+
+_Pointer = ctypes.c_void_p
+_Out = ctypes.POINTER(_Pointer)
+
+# Of the machine: position and type.
+_ATTACH_CURRENT_THREAD = 4, ctypes.CFUNCTYPE(ctypes.c_int, _Pointer, _Out, _Pointer)
+_DETACH_CURRENT_THREAD = 5, ctypes.CFUNCTYPE(ctypes.c_int, _Pointer)
+_GET_ENV = 6, ctypes.CFUNCTYPE(ctypes.c_int, _Pointer, _Out, ctypes.c_int)
+# Of an environment.
+_PUSH_LOCAL_FRAME = 19, ctypes.CFUNCTYPE(ctypes.c_int, _Pointer, ctypes.c_int)
+_POP_LOCAL_FRAME = 20, ctypes.CFUNCTYPE(_Pointer, _Pointer, _Pointer)
+
+_JNI_VERSION_1_6 = 0x00010006
+
+_CALLS_OF_A_FRAME = 1000
+STRINGS_OF_A_CALL = 16
+_REFERENCES_OF_A_FRAME = _CALLS_OF_A_FRAME * 2 * STRINGS_OF_A_CALL
+
+LONG = 1024
+"""A string of so many bytes counts as a call of its own, and as another for each as many more."""
+
+
+def _call(target: int, function: Any, *arguments: Any) -> Any:
+    position, prototype = function
+    table = _Pointer.from_address(target).value or 0
+    address = _Pointer.from_address(table + position * ctypes.sizeof(_Pointer)).value
+    return prototype(address)(target, *arguments)
+
+
+class Frames(threading.local):
+    """What the present thread has in the Java machine.
+
+    ``room`` gives an item for each call that the frame still takes. When it ends, :meth:`renew` is
+    due.
+    """
+
+    def __init__(self, library: ctypes.CDLL) -> None:
+        self._library = library
+        self._env: Optional[int] = None  # the environment that the frame was pushed in
+        self.room: Iterator[None] = iter(())
+
+    def take_list(self, strings: int) -> None:
+        """Counts in what a list makes beyond the usual."""
+        self._take(strings // STRINGS_OF_A_CALL)
+
+    def take_long(self, size: int) -> None:
+        """Counts in what a string holds beyond the usual."""
+        self._take(size // LONG)
+
+    def _take(self, calls: int) -> None:
+        collections.deque(itertools.islice(self.room, calls), maxlen=0)
+
+    def renew(self) -> None:
+        """Forgets what was made in the frame, and begins another."""
+        self._pop()
+        self._push()
+
+    @contextlib.contextmanager
+    def scope(self) -> Iterator[None]:
+        """A frame within the present one."""
+        outer = self._env, self.room
+        self._env = None
+        self._push()
+        try:
+            yield
+        finally:
+            self._pop()
+            self._env, self.room = outer
+
+    @contextlib.contextmanager
+    def attachment(self) -> Iterator[None]:
+        """At its end the thread is detached, unless it was attached at the beginning."""
+        was_attached = self._present_env() is not None
+        try:
+            yield
+        finally:
+            machine = self._machine()
+            if machine and not was_attached:
+                self._pop()
+                _call(machine, _DETACH_CURRENT_THREAD)
+
+    def _machine(self) -> Optional[int]:
+        """None while the machine is not started."""
+        started = self._library.vantiro_getJNIEnv()
+        return self._library.vantiro_getJavaVM() if started else None
+
+    def _present_env(self) -> Optional[int]:
+        """None while the thread is not attached."""
+        machine = self._machine()
+        env = _Pointer()
+        if machine:
+            _call(machine, _GET_ENV, ctypes.byref(env), _JNI_VERSION_1_6)
+        return env.value
+
+    def _push(self) -> None:
+        machine = self._machine()
+        env = _Pointer()
+        if machine:
+            _call(machine, _ATTACH_CURRENT_THREAD, ctypes.byref(env), None)
+        if env.value and _call(env.value, _PUSH_LOCAL_FRAME, _REFERENCES_OF_A_FRAME) == 0:
+            self._env = env.value
+            self.room = itertools.repeat(None, _CALLS_OF_A_FRAME)
+
+    def _pop(self) -> None:
+        if self._env is not None and self._env == self._present_env():
+            _call(self._env, _POP_LOCAL_FRAME, None)
+        self._env = None
+        self.room = iter(())
