@@ -42,7 +42,7 @@ read_preset() {
   options=("$@")
   case ${1:-} in
     '' | -* | [0-9]*) return ;;
-    x86 | native | sanitize | threads) preset=$1 ;;
+    x86 | native | sanitize | threads | fuzz) preset=$1 ;;
     *) die "there is no kind of build called '$1'" "There are x86, native, sanitize and threads." ;;
   esac
   options=("${@:2}")

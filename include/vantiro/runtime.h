@@ -113,9 +113,9 @@ VANTIRO_API int vantiro_initWithoutFile(const char *s1, const char *s2, const ch
  *
  * Links to a launcher are followed, at most 40 in a row; a relative link is taken relative to the
  * current directory. Below the directory three levels above the launcher these are tried:
- * `jre/lib/i386/client/`, `jre/lib/i386/server/`, `lib/i386/client/`, `lib/i386/server/`. In a 64-bit
- * library it is the directory two levels above the launcher, with the places that are tried below
- * `JAVA_HOME`. The environment is left unchanged. Needs no runtime.
+ * `jre/lib/i386/client/`, `jre/lib/i386/server/`, `lib/i386/client/`, `lib/i386/server/`. In a
+ * 64-bit library it is the directory two levels above the launcher, with the places that are tried
+ * below `JAVA_HOME`. The environment is left unchanged. Needs no runtime.
  *
  * @param buffer  4096 bytes, receives the path of `libjvm.so`; without success, whatever path was
  *                tried last, or nothing

@@ -89,8 +89,12 @@ TEST_F(Forwarding, DiscardsTheFailureOfAList) {
 TEST_F(Forwarding, FitsNumbersAndFlags) {
   EXPECT_EQ(reached(vantiro_actionWait(-2)), "CallBooleanMethod actionWait -2L\n");
   EXPECT_EQ(reached(vantiro_downloadPartialResult(1)), "CallIntMethod downloadResult 1 1\n");
-  fake::returns("isCompleted", 1);
-  EXPECT_EQ(vantiro_isCompleted(1), 1);
+  EXPECT_EQ(reached(vantiro_setStreamResults(1, 255)), "CallIntMethod setStreamResults 1 255\n");
+  EXPECT_EQ(reached(vantiro_unload2(2, 0)), "CallIntMethod unload 2 0\n");
+  for (const int truth : {1, 2, 128}) {
+    fake::returns("isCompleted", truth);
+    EXPECT_EQ(vantiro_isCompleted(1), 1);
+  }
   fake::returns("getUsedTime", (1LL << 32) - 1);
   EXPECT_EQ(vantiro_getUsedTime(1), -1);
   fake::returns("getUsedTime", 0x1'7fff'ffff);

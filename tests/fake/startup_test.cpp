@@ -1,4 +1,6 @@
 // Starting the machine and the management object: the order of things, and each way to fail.
+#include <dlfcn.h>
+
 #include <thread>
 
 #include "support.h"
@@ -111,7 +113,8 @@ TEST_F(Startup, PrintsWhyARuntimeDoesNotLoad) {
     use_runtime("broken" + std::to_string(i));
     EXPECT_EQ(complaint(), getenv("JAVA_HOME") + std::string("/" RUNTIME ": undefined symbol: ") +
                                functions[i] + "\n");
-    EXPECT_NE(jvmlibHandle, nullptr);
+    EXPECT_NE(dlsym(jvmlibHandle, "name_of_a_runtime"), nullptr);
+    EXPECT_EQ(dlsym(RTLD_DEFAULT, "name_of_a_runtime"), nullptr);
   }
   use_runtime("fake");
   EXPECT_EQ(vantiro_init(), VANTIRO_OK);

@@ -63,7 +63,7 @@ for version in re.findall(r"Name: GLIBC_2\.(\d+)", run("readelf", "--version-inf
     if int(version) > 34:
         faults.append(f"the library needs version 2.{version} of the C library")
 for needed in re.findall(r"NEEDED.*\[(.*)\]", dynamic):
-    if not re.match(r"(libc\.so|ld-linux|lib[au]san\.so)", needed):
+    if not re.match(r"(libc\.so|ld-linux|lib(a|ub|t)san\.so)", needed):
         faults.append(f"the library needs {needed}")
 if re.search(r"TEXTREL|RPATH|RUNPATH", dynamic):
     faults.append("the library has text relocations or a search path of its own")
