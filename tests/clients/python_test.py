@@ -18,7 +18,7 @@ LETTERS = {
     r"char \*buffer, unsigned int \*size": "O", r"void \(\*callback\)\(const char \*text\)": "C",
     r"const char \*\w+": "S", r"unsigned char \w+": "B", r"int \w+": "I", r"void|, ": "",
 }
-LONG = "x" * 100000
+LONG = "x" * 400000
 grid = vantiro.Library(LIBRARY)
 
 
@@ -77,7 +77,7 @@ class Started(unittest.TestCase):
 
     def test_a_loop_of_calls_keeps_nothing(self):
         """What the calls of each line make is several times the heap."""
-        for _ in range(2500):
+        for _ in range(700):
             grid.check(grid.peach_setName(self.peach, LONG))
             grid.check(grid.peach_setJobFileNames(self.peach, [LONG]))
             grid.text(grid.getUserLogin)
