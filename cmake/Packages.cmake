@@ -20,9 +20,13 @@ set(java openjdk-${Java_VERSION_MAJOR}-jre-headless)
 set(lib /usr/lib/${multiarch})
 set(from ${CMAKE_CURRENT_LIST_DIR}/debian)
 set(made ${PROJECT_BINARY_DIR}/debian)
-string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+# What the packages of both architectures have in common must be the same.
+file(TIMESTAMP ${PROJECT_SOURCE_DIR}/CHANGELOG.md date "%a, %d %b %Y %H:%M:%S +0000" UTC)
 
 install_into(/usr/bin /usr/include ${lib} /usr/share/man "" package_ EXCLUDE_FROM_ALL)
+
+# This CPack has no variable of its own for what lets both architectures be installed together.
+set(together "\nMulti-Arch: same")
 
 # package(COMPONENT NAME SECTION SUMMARY TEXT)
 macro(package component name section summary text)
@@ -42,7 +46,7 @@ macro(package component name section summary text)
     COMPONENT package_${component} EXCLUDE_FROM_ALL)
 endmacro()
 
-package(library libvantiro1 libs
+package(library libvantiro1 libs${together}
   "Grid computing library on a Java management library" "\
 Gives any program that can call plain C functions the use of a grid management
 library written for the Java virtual machine, which it loads into the calling
@@ -53,19 +57,19 @@ set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_DEPENDS "libc6 (>= 2.34)")
 set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_RECOMMENDS "${java}, vantiro-local-grid")
 set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_SUGGESTS vantiro-doctor)
 
-package(development libvantiro-dev libdevel
+package(development libvantiro-dev libdevel${together}
   "Grid computing library on a Java management library - development" "\
 Headers of libvantiro, and what a linker, pkg-config and CMake need to build
 programs with it.")
-set(same "libvantiro1 (= ${PROJECT_VERSION}-1)")
-set(CPACK_DEBIAN_PACKAGE_DEVELOPMENT_PACKAGE_DEPENDS "${same}")
+set(same_version "libvantiro1 (= ${PROJECT_VERSION}-1)")
+set(CPACK_DEBIAN_PACKAGE_DEVELOPMENT_PACKAGE_DEPENDS "${same_version}")
 
-package(local-grid vantiro-local-grid java
+package(local-grid vantiro-local-grid java${together}
   "Grid on a single machine for programs that use libvantiro" "\
 A small grid in the place of the Java management library of a real one. It runs
 every job as a process on this machine, so that programs can be written and
 tried with no grid at hand.")
-set(CPACK_DEBIAN_PACKAGE_LOCAL-GRID_PACKAGE_DEPENDS "${same}")
+set(CPACK_DEBIAN_PACKAGE_LOCAL-GRID_PACKAGE_DEPENDS "${same_version}")
 
 if(TARGET vantiro-doctor)
   package(doctor vantiro-doctor utils
@@ -73,7 +77,7 @@ if(TARGET vantiro-doctor)
 Walks through the search of libvantiro for a Java runtime and for its archives,
 starts the runtime in a process of its own, and names the cause and the cure of
 each trouble.")
-  set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same}")
+  set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same_version}")
 endif()
 
 # The library's configuration.
