@@ -54,6 +54,9 @@ final class BundleStore {
 
     /** Removes what a program left that died while it uploaded. */
     void cleanup() throws GridException, IOException {
+        if (!Files.isDirectory(uploaded)) {
+            return;
+        }
         exclusively(() -> {
             for (Path part : Trees.list(uploaded, "*.part")) {
                 Files.delete(part);

@@ -41,20 +41,29 @@ final class GridHome {
 
     /** Makes the directory; a failure unless files can be written there that nobody can replace. */
     void check() throws GridException, IOException {
-        for (Path directory : new Path[] {root, projects, owners, removed}) {
-            Trees.createPrivate(directory);
-        }
-        exclusively(() -> {
-            Path probe = Files.createTempFile(removed, "probe", "");
-            try {
-                Files.write(probe, new byte[1 << 12]);
-                checkOwner(Files.getAttribute(probe, "unix:uid"));
-            } finally {
-                Files.deleteIfExists(probe);
+        try {
+            for (Path directory : new Path[] {root, projects, owners, removed}) {
+                Trees.createPrivate(directory);
             }
-            return null;
-        });
-        warnOfOthers();
+            exclusively(() -> {
+                probe();
+                return null;
+            });
+            warnOfOthers();
+        } catch (IOException e) {
+            throw new GridException(Status.IO_ERROR,
+                    "cannot write to the grid home " + root + ": " + GridException.text(e));
+        }
+    }
+
+    private void probe() throws GridException, IOException {
+        Path probe = Files.createTempFile(removed, "probe", "");
+        try {
+            Files.write(probe, new byte[1 << 12]);
+            checkOwner(Files.getAttribute(probe, "unix:uid"));
+        } finally {
+            Files.deleteIfExists(probe);
+        }
     }
 
     private void checkOwner(Object user) throws GridException, IOException {
@@ -98,6 +107,14 @@ final class GridHome {
                 OWN.put(home, own);
             }
             return own.file();
+        }
+    }
+
+    /** The name of this program's file, null when it has none yet. */
+    private String ownName() throws IOException {
+        synchronized (OWN) {
+            KernelLock own = OWN.get(root.toRealPath());
+            return own == null ? null : own.file().getFileName().toString();
         }
     }
 
@@ -178,8 +195,11 @@ final class GridHome {
 
     /** Removes what projects that are no longer active left; the number of directories removed. */
     int cleanup(boolean results) throws GridException, IOException {
-        check();
-        String own = ownerLock().getFileName().toString();
+        if (!Files.isDirectory(removed)) {
+            return 0;
+        }
+        // Nothing is written: what is removed may be what fills the disk.
+        String own = ownName();
         List<Path> trees = new ArrayList<>();
         int count = exclusively(() -> {
             Set<String> living = removeDeadOwners();
@@ -204,7 +224,9 @@ final class GridHome {
     private List<ProjectDirectory> projects() throws IOException {
         List<ProjectDirectory> found = new ArrayList<>();
         for (Path path : Trees.list(projects, "[0-9]*")) {
-            found.add(new ProjectDirectory(path));
+            if (path.getFileName().toString().matches("\\d{1,10}")) {
+                found.add(new ProjectDirectory(path));
+            }
         }
         return found;
     }

@@ -176,10 +176,10 @@ public final class PeachRun implements JobHooks {
                 failed = !succeeded;
                 phase = Phase.ENDED;
                 files.release();
+                notifyAll();
                 if (state != null) {
                     state.close();
                 }
-                notifyAll();
             }
         }
     }

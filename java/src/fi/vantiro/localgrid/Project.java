@@ -453,6 +453,6 @@ public final class Project {
 
     @Override
     public String toString() {
-        return "project " + handle + " (" + info.name() + ")";
+        return "project " + info.id() + " (" + Arguments.shortened(info.name()) + ")";
     }
 }

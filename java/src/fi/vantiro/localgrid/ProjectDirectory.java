@@ -7,6 +7,7 @@ import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
+import java.util.concurrent.ThreadLocalRandom;
 
 /** The directory of one project in the grid's home. */
 final class ProjectDirectory {
@@ -104,7 +105,7 @@ final class ProjectDirectory {
                     count += Files.isDirectory(job) ? 1 : 0;
                 }
             }
-            Files.move(work(), Files.createTempDirectory(trash, "").resolve("work"));
+            Files.move(work(), unused(trash));
         }
         return count;
     }
@@ -113,8 +114,12 @@ final class ProjectDirectory {
     int discard(Path trash) throws IOException {
         boolean results = Files.isDirectory(results()) || Files.isDirectory(state());
         int count = discardWork(trash) + (results ? 1 : 0);
-        Files.move(root, Files.createTempDirectory(trash, "").resolve("project"));
+        Files.move(root, unused(trash));
         return count;
+    }
+
+    private static Path unused(Path trash) {
+        return trash.resolve(Long.toHexString(ThreadLocalRandom.current().nextLong()));
     }
 
     /** Removes everything of the project. */

@@ -42,6 +42,7 @@ public final class ProjectInfo {
 
     /** Sets parameters. */
     public synchronized void putParams(Map<String, String> values) {
+        values.values().forEach(NativeText::checked);
         params.putAll(values);
     }
 

@@ -3,6 +3,7 @@ package fi.vantiro.localgrid;
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
 import java.nio.file.AtomicMoveNotSupportedException;
+import java.nio.file.DirectoryIteratorException;
 import java.nio.file.DirectoryStream;
 import java.nio.file.FileVisitResult;
 import java.nio.file.Files;
@@ -46,6 +47,8 @@ final class Trees {
         if (Files.isDirectory(directory)) {
             try (DirectoryStream<Path> paths = Files.newDirectoryStream(directory, pattern)) {
                 paths.forEach(found::add);
+            } catch (DirectoryIteratorException e) {
+                throw e.getCause();
             }
         }
         return found;
