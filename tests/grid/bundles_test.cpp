@@ -83,12 +83,15 @@ TEST_F(Bundles, AreApprovedBySeveralProgramsAtOnce) {
 TEST_F(Bundles, DoNotLeaveTheirDirectory) {
   ASSERT_EQ(std::system(("cd " + scratch + " && mkdir evil && cd evil && printf x >x &&" +
                          "python3 -c 'import zipfile as z\n"
-                         "with z.ZipFile(\"name.zip\", \"w\") as f: f.writestr(\"../x\", \"x\")\n"
+                         "with z.ZipFile(\"name.zip\", \"w\") as f:\n"
+                         " f.writestr(\"good\", \"x\")\n"
+                         " f.writestr(\"../x\", \"x\")\n"
                          "with z.ZipFile(\"link.zip\", \"w\") as f: f.writestr(\"out/x\", \"x\")'")
                             .c_str()),
             0);
   EXPECT_EQ(vantiro_unzipFile(path("evil/name.zip").c_str(), path("to").c_str(), nullptr), -7);
   EXPECT_TRUE(contains(last_error(), "../x")) << last_error();
+  EXPECT_FALSE(fs::exists(path("to/good"))) << "it is known before anything is written";
   fs::create_directories(path("to"));
   fs::create_directories(path("elsewhere"));
   fs::create_directory_symlink(path("elsewhere"), path("to/out"));
