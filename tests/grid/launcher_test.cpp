@@ -41,12 +41,12 @@ class Launcher : public GridTest {
 }  // namespace
 
 TEST_F(Launcher, HandsOnWhatTheJobIsAndHowItEnds) {
-  launch_with("echo by $VANTIRO_PRIORITY >log; echo noise; exec env -i nice -n 3 \"$@\"");
-  const int project = start("nice >" + path("out") + "; printf %s \"$VANTIRO_PARAM_text\" >>" +
+  launch_with("echo by $VANTIRO_PRIORITY >log; echo noise; exec env -i FAR=side \"$@\"");
+  const int project = start("echo $FAR >" + path("out") + "; printf %s \"$VANTIRO_PARAM_text\" >>" +
                             path("out") + "; read line; echo \"$line\" >&2; exit 3");
   EXPECT_EQ(vantiro_sendJobPostParameter(project, 1, "from afar"), 0);
   EXPECT_EQ(vantiro_waitCompletion(project), -5);
-  EXPECT_EQ(read(path("out")), "3\ntwo\n lines 'q' \"Q\"");
+  EXPECT_EQ(read(path("out")), "side\ntwo\n lines 'q' \"Q\"");
   EXPECT_EQ(read(path("log")), "by 4\n");
   EXPECT_TRUE(contains(last_error(), "exit status 3\nfrom afar")) << last_error();
   EXPECT_FALSE(contains(last_error(), "noise")) << last_error();
