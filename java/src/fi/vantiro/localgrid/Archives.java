@@ -33,7 +33,8 @@ final class Archives {
         Path part = target.resolveSibling(target.getFileName() + "." + random + ".part");
         try {
             writing.to(part);
-            Files.move(part, target, StandardCopyOption.REPLACE_EXISTING);
+            // Otherwise Java removes the old file first, and there is none for a moment.
+            Files.move(part, target, StandardCopyOption.ATOMIC_MOVE);
         } finally {
             Files.deleteIfExists(part);
         }

@@ -100,12 +100,15 @@ final class Keeper {
         }
     }
 
-    /** The same program in a directory that other machines see too. */
+    /**
+     * The same program in a directory that other machines see too, under a name of this version:
+     * programs of several versions may use one home.
+     */
     static Path programIn(Path home) throws GridException, IOException {
         Path program = program();
-        Path copy = home.resolve(NAME);
-        if (!Files.exists(copy)
-                || !Files.getLastModifiedTime(copy).equals(Files.getLastModifiedTime(program))) {
+        Path copy = home.resolve(NAME + "-" + Files.size(program) + "-"
+                + Files.getLastModifiedTime(program).toMillis());
+        if (!Files.exists(copy)) {
             Archives.replace(copy, part -> Trees.copy(program, part));
         }
         return copy;
