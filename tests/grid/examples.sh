@@ -7,7 +7,9 @@ trap 'rm -rf "$scratch"' EXIT
 cd "$scratch" || exit 1
 
 # The local grid of the test, apart from the user's own.
-printf 'grid.home=%s\n' "$scratch/grid" >vantiro.properties
+[ -z "${VANTIRO_SETTINGS:-}" ] || cp "$VANTIRO_SETTINGS" vantiro.properties
+printf 'grid.home=%s\n' "$scratch/grid" >>vantiro.properties
+export VANTIRO_SETTINGS="$scratch/vantiro.properties"
 export HOME="$scratch"
 
 fail() {

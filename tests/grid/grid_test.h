@@ -45,7 +45,9 @@ class GridTest : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_NE(mkdtemp(scratch.data()), nullptr);
-    write("settings", "grid.home=" + scratch + "/home\n");
+    // A launcher, say, that the whole suite is to run with.
+    const char *common = getenv("VANTIRO_SETTINGS");
+    write("settings", (common ? read(common) : "") + "grid.home=" + scratch + "/home\n");
     ASSERT_EQ(vantiro_initFile(path("settings").c_str()), 0) << last_error();
   }
   void TearDown() override {
