@@ -58,6 +58,10 @@ TEST_F(State, LosesOnlyWhatAnEarlierRunWrote) {
   wanted.insert({"job-1/out", "job-1/stdout", "job-1/stderr"});
   EXPECT_EQ(state(), wanted);
   EXPECT_EQ(read(path("state/job-1/mine")), "mine");
+  run = new_run("touch out", 1);
+  EXPECT_EQ(vantiro_stopProject(vantiro_peach_getProjectHandle(run)), 0);
+  EXPECT_EQ(vantiro_peach_execute(run), -4);
+  EXPECT_EQ(state(), wanted) << "a run that could not start removes nothing";
 
   run = new_run("true", 1);
   vantiro_peach_addParamFile(run, path("source").c_str());

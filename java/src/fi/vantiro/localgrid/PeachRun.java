@@ -116,8 +116,15 @@ public final class PeachRun implements JobHooks {
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
         }
-        PeachSources sources = sources();
+        project.info().describe(description.name, description.description, description.priority);
+        project.info().putParams(description.projectParams);
         int jobs = description.jobCount();
+        for (int left = jobs; left > 0; left--) {
+            project.createJob(Job.shellLine(description.executable));
+        }
+        project.markAllJobsCreated();
+        project.keeper();
+        PeachSources sources = sources();
         state = new StateDirectory(stateDir());
         state.open(jobs, plainOutputs());
         sourcesChanged = sources.changed();
@@ -125,12 +132,8 @@ public final class PeachRun implements JobHooks {
             sources.save(state);
         }
         inputs.prepare(state);
-        project.info().describe(description.name, description.description, description.priority);
-        project.info().putParams(description.projectParams);
-        for (int left = jobs; left > 0; left--) {
-            project.createJob(Job.shellLine(description.executable));
-        }
-        project.markAllJobsCreated();
+        // From here on the run can start: only now what an earlier one left goes.
+        state.removeOutputs();
     }
 
     /** The outputs whose names are known before the jobs run. */

@@ -72,14 +72,20 @@ final class StateDirectory implements Closeable {
                 }
             }
         }
-        removeOutputs();
+        startRecord();
+    }
+
+    private void startRecord() throws IOException {
         Archives.replace(root.resolve(RECORD),
                 part -> Files.write(part, text(recorded).getBytes(StandardCharsets.UTF_8)));
+        if (record != null) {
+            record.close();
+        }
         record = FileChannel.open(root.resolve(RECORD), StandardOpenOption.APPEND);
     }
 
     /** Removes the outputs of the last run, and the directories that are empty then. */
-    private void removeOutputs() throws IOException {
+    void removeOutputs() throws IOException {
         Set<Path> directories = new TreeSet<>(Collections.reverseOrder());
         for (String name : new TreeSet<>(recorded)) {
             Path file = root.resolve(name).normalize();
@@ -102,6 +108,7 @@ final class StateDirectory implements Closeable {
                 continue;
             }
         }
+        startRecord();
     }
 
     /** Whether only directories, not links, lead from the root to a file. */
@@ -134,7 +141,7 @@ final class StateDirectory implements Closeable {
     /** The path of a file that the run is about to write. */
     Path claim(String name) throws GridException, IOException {
         checkFree(name);
-        if (!recorded.contains(name)) {
+        if (recorded.add(name)) {
             append(Collections.singleton(name));
         }
         Trees.create(root.resolve(name).getParent());
