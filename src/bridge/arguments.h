@@ -52,6 +52,10 @@ struct JavaType<Object<Type>> {
   static jobject convert(JNIEnv *, Object<Type> given) { return given.object; }
 };
 
+// An array of the strings. Every slot starts as the empty string; null when there is nothing that
+// Java could be given.
+jobjectArray to_array(JNIEnv *jni, int count, const char **list);
+
 struct StringList {
   int count;
   const char **list;
@@ -59,7 +63,9 @@ struct StringList {
 template <>
 struct JavaType<StringList> {
   static constexpr Text name{"[Ljava/lang/String;"};
-  static std::tuple<jobjectArray> arrays(JNIEnv *jni, StringList strings);
+  static std::tuple<jobjectArray> arrays(JNIEnv *jni, StringList strings) {
+    return {to_array(jni, strings.count, strings.list)};
+  }
 };
 
 // Two lists one behind the other in one array; they become two consecutive Java parameters.

@@ -4,17 +4,18 @@
 namespace vantiro {
 namespace {
 
-bool has_no_strings(int count, const char **list) { return count < 0 || (count > 0 && !list); }
+inline bool has_no_strings(int count, const char **list) {
+  return count < 0 || (count > 0 && !list);
+}
 
-// Every slot starts as the empty string. Null when there is nothing that Java could be given.
-jobjectArray make_array(JNIEnv *jni, int count, const char **list) {
+inline jobjectArray make_array(JNIEnv *jni, int count, const char **list) {
   if (has_no_strings(count, list)) return nullptr;
   const jstring initial = jni->NewStringUTF("");
   const jclass string_class = jni->FindClass("java/lang/String");
   return string_class ? jni->NewObjectArray(count, string_class, initial) : nullptr;
 }
 
-void fill(JNIEnv *jni, jobjectArray array, int count, const char **list) {
+inline void fill(JNIEnv *jni, jobjectArray array, int count, const char **list) {
   if (!array) return;
   for (int i = 0; i < count; ++i) {
     jni->SetObjectArrayElement(array, i, JavaType<const char *>::convert(jni, list[i]));
@@ -23,10 +24,10 @@ void fill(JNIEnv *jni, jobjectArray array, int count, const char **list) {
 
 }  // namespace
 
-std::tuple<jobjectArray> JavaType<StringList>::arrays(JNIEnv *jni, StringList strings) {
-  const jobjectArray array = make_array(jni, strings.count, strings.list);
-  fill(jni, array, strings.count, strings.list);
-  return {array};
+jobjectArray to_array(JNIEnv *jni, int count, const char **list) {
+  const jobjectArray array = make_array(jni, count, list);
+  fill(jni, array, count, list);
+  return array;
 }
 
 std::tuple<jobjectArray, jobjectArray> JavaType<PairedStringList>::arrays(
