@@ -45,7 +45,6 @@ static int describe_run(long long samples) {
 
   snprintf(number, sizeof number, "%lld", samples);
   require("setName", vantiro_peach_setName(run, "pi"), run);
-  require("setStateDir", vantiro_peach_setStateDir(run, beside("pi-state")), run);
   require("setJobs", vantiro_peach_setJobs(run, JOBS), run);
   require("addExeFile", vantiro_peach_addExeFile(run, beside("pi_worker"), "pi_worker", "", ""),
           run);

@@ -37,9 +37,13 @@ namespace vantiro {
 /** @brief The failure of a function: its status, and as what() the status's text. */
 class error : public std::runtime_error {
  public:
+  /**
+   * @param status  the status
+   * @param text    its text
+   */
   error(int status, const std::string &text)
       : std::runtime_error(text + " (status " + std::to_string(status) + ")"), status_(status) {}
-  /** @brief The status, negative. */
+  /** @return the status, negative */
   int status() const noexcept { return status_; }
 
  private:
@@ -156,13 +160,24 @@ int ask(std::string &text, Function function, Arguments... arguments) {
 
 }  // namespace detail
 
-/** @brief Gives `status` back, unless it is negative: then throws an error with its text. */
+/**
+ * @brief Throws an error with the text of a status when that is negative.
+ *
+ * @param status  what a function of the library returned
+ * @return the same status
+ */
 inline int check(int status) {
   if (status < 0) detail::fail(status);
   return status;
 }
 
-/** @brief Calls a function of the library in a frame of its own, and checks its status. */
+/**
+ * @brief Calls a function of the library in a frame of its own, and checks its status.
+ *
+ * @param function   for example vantiro_startProject
+ * @param arguments  its arguments
+ * @return its status, not negative
+ */
 template <typename Function, typename... Arguments>
 int call(Function function, Arguments... arguments) {
   const frame scope;
@@ -174,6 +189,7 @@ int call(Function function, Arguments... arguments) {
  *
  * @param function   for example vantiro_peach_nextFile
  * @param arguments  those before the buffer
+ * @return the string
  */
 template <typename Function, typename... Arguments>
 std::string text(Function function, Arguments... arguments) {
@@ -187,6 +203,7 @@ std::string text(Function function, Arguments... arguments) {
  *
  * @param function  for example vantiro_getResultFiles
  * @param handle    its handle
+ * @return the strings
  */
 inline std::vector<std::string> list(int (*function)(int, int *, char *, unsigned int *),
                                      int handle) {
@@ -245,6 +262,9 @@ inline void deliver(const char *text) noexcept {
  * The callable is kept until another takes its place: there is one for the process, and it receives
  * the results of every run that has a receiver. An empty one ends the delivery. What it throws is
  * written to standard error, and the run goes on.
+ *
+ * @param run   the handle of the run
+ * @param next  what receives from now on
  */
 inline void set_receiver(int run, receiver next) {
   call(vantiro_peach_setIntermediateResultHandler, run, next ? detail::deliver : nullptr);

@@ -34,9 +34,6 @@ run() {
 }
 
 case $2 in
-  pi*) rm -rf "$examples/pi-state" ;;
-esac
-case $2 in
   pi)
     run 0 "$examples/pi" 1000
     lines out '^job +[0-9]+ done' 16

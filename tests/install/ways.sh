@@ -47,6 +47,7 @@ case $way in
     compile -Ip/include -Lp/lib/vantiro -lvantiro "-Wl,-rpath,$here/p/lib/vantiro"
     prints_login ./first
     quietly env "LD_LIBRARY_PATH=$here/p/lib/vantiro" "$build/examples/pi" 10
+    quietly c++ $flags -std=c++17 -fsyntax-only -Ip/include "$source/clients/cpp/examples/pi.cpp"
     readelf --sections --wide p/lib/vantiro/libvantiro.so | grep debug && fail "debug information"
     echo '#' >>p/lib/vantiro/VantiroDLL.conf
     install_here
