@@ -31,7 +31,13 @@ bool Search::finds(std::initializer_list<std::string_view> parts) const {
   return join(path, parts) && opens(path);
 }
 
-// Takes over the value of the first line with the key JVMPATH.
+const char *runtime_named_by(char *line) {
+  constexpr const char *delimiters = "=\n\r";
+  char *rest = nullptr;
+  const char *const key = strtok_r(line, delimiters, &rest);
+  return key && std::strcmp(key, "JVMPATH") == 0 ? strtok_r(nullptr, delimiters, &rest) : nullptr;
+}
+
 bool find_in_configuration(const Search &search, std::string_view library_directory) {
   char name[path_capacity];
   if (!library_directory.data() || !join(name, {library_directory, "/VantiroDLL.conf"})) {
@@ -40,14 +46,11 @@ bool find_in_configuration(const Search &search, std::string_view library_direct
   std::FILE *const file = open_regular(name);
   if (!file) return false;
 
-  constexpr const char *delimiters = "=\n\r";
   bool found = false;
   char line[path_capacity];
   while (!found && std::fgets(line, sizeof line, file)) {
-    char *rest = nullptr;
-    const char *const key = strtok_r(line, delimiters, &rest);
-    const char *const value = key ? strtok_r(nullptr, delimiters, &rest) : nullptr;
-    found = value && std::strcmp(key, "JVMPATH") == 0 && join(search.path, {value});
+    const char *const runtime = runtime_named_by(line);
+    found = runtime && join(search.path, {runtime});
   }
   std::fclose(file);
   return found;

@@ -17,6 +17,9 @@ struct Search {
   bool finds(std::initializer_list<std::string_view> parts) const;
 };
 
+// The value of a configuration line whose key is JVMPATH, else null. Cuts the line into pieces.
+const char *runtime_named_by(char *line);
+
 // The sources, in the order in which they are asked. Each tells whether it gave a path.
 bool find_in_configuration(const Search &search, std::string_view library_directory);
 bool find_in_java_home(const Search &search);

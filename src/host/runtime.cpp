@@ -9,6 +9,7 @@
 
 #include "bridge/steps.h"
 #include "host/discovery.h"
+#include "host/machine_options.h"
 #include "vantiro/runtime.h"
 #include "vantiro/status.h"
 
@@ -74,14 +75,12 @@ bool create_machine(const InvocationInterface &java, std::string_view directory,
   char *class_path = nullptr;
   const int length = static_cast<int>(directory.size());
   const char *const text = directory.data();
-  if (asprintf(&class_path,
-               "-Djava.class.path=%.*s/vantiro.jar:%.*s/commons-codec-1.3.jar:%.*s/xmlrpc-2.0.jar",
-               length, text, length, text, length, text) < 0) {
+  if (asprintf(&class_path, class_path_option, length, text, length, text, length, text) < 0) {
     return false;
   }
-  char heap[] = "-Xmx128M";
-  char management[] = "-Dcom.sun.management.jmxremote";
-  JavaVMOption options[] = {{class_path, nullptr}, {heap, nullptr}, {management, nullptr}};
+  JavaVMOption options[] = {{class_path, nullptr},
+                            {const_cast<char *>(heap_option), nullptr},
+                            {const_cast<char *>(management_option), nullptr}};
   arguments = {jni_version, 3, options, JNI_TRUE};
   machine_is_own = java.create(&jvm, reinterpret_cast<void **>(&env), &arguments) == JNI_OK;
   std::free(class_path);
