@@ -23,7 +23,8 @@ public final class InputGroup {
     public final Map<String, String> extras = new LinkedHashMap<>();
     public boolean copy = true;
     public boolean skipDigest;
-    private Path archive;
+    /** Open as long as jobs come for their files: its directory is read once. */
+    private JarFile jar;
 
     boolean isEmpty() {
         return files.isEmpty();
@@ -54,19 +55,25 @@ public final class InputGroup {
         Map<String, Path> entries = new LinkedHashMap<>();
         files.forEach(
                 (job, some) -> some.forEach(file -> entries.put(entry(job, file), file.source)));
-        archive = state.claim(name);
+        Path archive = state.claim(name);
         Map<String, BundleArchive.Content> contents = BundleArchive.contents(entries);
         Manifest manifest = BundleArchive.manifest();
         if (!skipDigest) {
             BundleArchive.sign(manifest, contents, "run", BundleArchive.ALGORITHM);
-            if (manifest.getEntries().equals(recorded())) {
-                return;
-            }
         }
-        BundleArchive.write(archive, manifest, contents);
+        if (skipDigest || !manifest.getEntries().equals(recorded(archive))) {
+            BundleArchive.write(archive, manifest, contents);
+        }
+        jar = new JarFile(archive.toFile(), false);
     }
 
-    private Object recorded() throws IOException {
+    void close() throws IOException {
+        if (jar != null) {
+            jar.close();
+        }
+    }
+
+    private static Object recorded(Path archive) throws IOException {
         if (!Files.isReadable(archive)) {
             return null;
         }
@@ -94,15 +101,13 @@ public final class InputGroup {
             }
             return;
         }
-        try (JarFile jar = new JarFile(archive.toFile(), false)) {
-            for (InputFile file : files.get(job)) {
-                Path target = directory.resolve(file.target);
-                Trees.create(target.getParent());
-                try (InputStream in = jar.getInputStream(jar.getJarEntry(entry(job, file)))) {
-                    Files.copy(in, target, StandardCopyOption.REPLACE_EXISTING);
-                }
-                Files.setPosixFilePermissions(target, file.permissions());
+        for (InputFile file : files.get(job)) {
+            Path target = directory.resolve(file.target);
+            Trees.create(target.getParent());
+            try (InputStream in = jar.getInputStream(jar.getJarEntry(entry(job, file)))) {
+                Files.copy(in, target, StandardCopyOption.REPLACE_EXISTING);
             }
+            Files.setPosixFilePermissions(target, file.permissions());
         }
     }
 

@@ -51,6 +51,13 @@ final class PeachInputs {
         description.params.prepare(state, "inputs/param.jar");
     }
 
+    /** Ends what the jobs are given from. */
+    void close() throws IOException {
+        for (InputGroup group : groups()) {
+            group.close();
+        }
+    }
+
     /** Fills one job's working directory and environment. */
     void place(int job, Path directory, Map<String, String> environment) throws IOException {
         for (InputGroup group : groups()) {

@@ -182,6 +182,7 @@ public final class PeachRun implements JobHooks {
                 notifyAll();
                 if (state != null) {
                     state.close();
+                    inputs.close();
                 }
             }
         }

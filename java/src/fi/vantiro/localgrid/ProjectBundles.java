@@ -137,9 +137,11 @@ public final class ProjectBundles {
     }
 
     /** Unpacks the bundles in use, imports first so that the chosen bundle's own files win. */
-    synchronized void place(Path directory) throws GridException, IOException {
+    void place(Path directory) throws GridException, IOException {
         Deque<BundleInfo> reversed = new ArrayDeque<>();
-        used.values().forEach(reversed::push);
+        synchronized (this) {
+            used.values().forEach(reversed::push);
+        }
         for (BundleInfo info : reversed) {
             Archives.unpack(store.archive(info), directory,
                     name -> !name.equals(JarFile.MANIFEST_NAME) && !name.equals("META-INF/"));
