@@ -37,6 +37,15 @@ TEST_F(Placement, IsTheDirectoryOfTheLinkAndNotOfItsTarget) {
   EXPECT_EQ(start(tree.path()), creation(tree.path()));
 }
 
+// All but the colon, at which Java splits the class path.
+TEST_F(Placement, MayHaveAnyCharacterInItsName) {
+  std::string odd = "\xc3\xa4\xff %s%n";
+  for (char c = 1; c != 127; ++c) odd += c == '/' || c == ':' ? ' ' : c;
+  tree.link(odd + "/" LIBRARY_NAME, BUILD_DIRECTORY "/stage/" LIBRARY_NAME);
+  tree.file(odd + "/VantiroDLL.conf", "JVMPATH=" BUILD_DIRECTORY "/libfakejvm.so\n");
+  EXPECT_EQ(start(tree.path(odd)), creation(tree.path(odd)));
+}
+
 TEST_F(Placement, MayBeAsDeepAsTheSystemAllows) {
   const std::string directory = tree.path_of_length(4050);
   EXPECT_EQ(start(directory), creation(directory));

@@ -68,6 +68,9 @@ for needed in re.findall(r"NEEDED.*\[(.*)\]", dynamic):
 if re.search(r"TEXTREL|RPATH|RUNPATH", dynamic):
     faults.append("the library has text relocations or a search path of its own")
 
+if re.search(r" getenv(@|$)", run("nm", "-D", "--undefined-only", library), re.M):
+    faults.append("the library trusts the environment of a set-user-ID program")
+
 elf = run("readelf", "--file-header", library)
 for word in kind:
     if word not in elf:

@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 
+#include "calls.h"
 #include "initialized_java.h"
 
 namespace {
@@ -24,6 +25,23 @@ void first(const char *text) {
 void second(const char *) { ++second_calls; }
 
 using Callback = InitializedJava;
+
+// What a callback may do: call the library, and have itself replaced.
+void calls_back(const char *text) {
+  Places out;
+  vantiro_getTempDir(OUT);
+  if (std::string(text) == out.buffer) ++first_calls;
+  vantiro_peach_setIntermediateResultHandler(vantiro_peach_handle(), second);
+}
+
+TEST_F(Callback, MayCallTheLibrary) {
+  ASSERT_EQ(vantiro_peach_setIntermediateResultHandler(1, calls_back), 0);
+  recorder.answer(3, "text");
+  recorder.deliver("text", 1, 1);
+  recorder.deliver("text", 1, 2);
+  EXPECT_EQ(first_calls, 1);
+  EXPECT_EQ(second_calls, 2);
+}
 
 TEST_F(Callback, ReceivesResultsFromManyJavaThreadsAtOnce) {
   ASSERT_EQ(vantiro_peach_setIntermediateResultHandler(1, first), 0);

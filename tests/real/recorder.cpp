@@ -32,11 +32,16 @@ void Recorder::answer(jlong number, const char *text) {
   check("answer");
 }
 
-void Recorder::fail(const char *signature) {
-  const jmethodID fail = method("fail", "(Ljava/lang/String;)V");
+void Recorder::fail(const char *signature, const char *message) {
+  const jmethodID fail = method("fail", "(Ljava/lang/String;Ljava/lang/String;)V");
   const jstring string = signature ? jni()->NewStringUTF(signature) : nullptr;
-  jni()->CallStaticVoidMethod(type_, fail, string);
+  jni()->CallStaticVoidMethod(type_, fail, string, jni()->NewStringUTF(message));
   check("fail");
+}
+
+void Recorder::fill_heap(bool full) {
+  jni()->CallStaticVoidMethod(type_, method("fillHeap", "(Z)V"), full);
+  check("fillHeap");
 }
 
 std::string Recorder::take() {

@@ -13,7 +13,10 @@ class Recorder {
   void answer(jlong number, const char *text = "");
 
   // From now on the methods with `signature` in their own throw; none for null.
-  void fail(const char *signature);
+  void fail(const char *signature, const char *message = "scripted failure");
+
+  // Leaves no room in the Java heap, or gives it back.
+  void fill_heap(bool full);
 
   // The calls since this was asked last, a line each.
   std::string take();

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <vantiro/status.h>
 
+#include <csignal>
 #include <fstream>
 #include <string>
 #include <vector>
@@ -22,6 +23,7 @@ class Library {
   int call(const char *function, Arguments... arguments) {
     return reinterpret_cast<int (*)(Arguments...)>(dlsym(handle_, function))(arguments...);
   }
+  void close() { EXPECT_EQ(dlclose(handle_), 0); }
   template <typename Pointer = void *>
   Pointer variable(const char *name) {
     return *static_cast<Pointer *>(dlsym(handle_, name));
@@ -85,6 +87,42 @@ void expect_own_machine(const std::string &stage, const char *kind) {
 TEST(Start, CreatesTheServerMachine) { expect_own_machine("recording", "Server"); }
 
 TEST(Start, CreatesTheClientMachine) { expect_own_machine("client", "Client"); }
+
+TEST(Start, CreatesTheZeroMachine) { expect_own_machine("zero", "Zero"); }
+
+int signals = 0;
+void count_signal(int) { ++signals; }
+
+TEST(Start, LeavesTheHandlersThatAreSetBehindIt) {
+  Library library("recording");
+  ASSERT_EQ(library.call("vantiro_init"), 0);
+  struct sigaction mine = {};
+  mine.sa_handler = count_signal;
+  for (const int number : {SIGINT, SIGTERM, SIGUSR1}) {
+    sigaction(number, &mine, nullptr);
+    EXPECT_EQ(library.call("vantiro_init"), 0);
+    EXPECT_EQ(library.call("vantiro_open"), 0);
+    signals = 0;
+    raise(number);
+    EXPECT_EQ(signals, 1);
+  }
+}
+
+// Java may still call a function of the library's.
+TEST(Start, SurvivesThatTheLibraryIsClosed) {
+  void (*callback)(const char *) = [](const char *) { ++signals; };
+  Library library("recording");
+  ASSERT_EQ(library.call("vantiro_init"), 0);
+  ASSERT_EQ(library.call("vantiro_peach_handle"), 0);
+  ASSERT_EQ(library.call("vantiro_peach_setIntermediateResultHandler", 1, callback), 0);
+  Recorder recorder(library.variable<JavaVM *>("jvm"));
+  library.close();
+  recorder.deliver("text", 1, 1);
+  EXPECT_EQ(signals, 1);
+  Library again("recording");
+  EXPECT_EQ(again.call("vantiro_open"), 0);
+  EXPECT_EQ(again.call("vantiro_init"), 0);
+}
 
 class Joining : public testing::Test {
  protected:

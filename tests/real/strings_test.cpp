@@ -149,6 +149,18 @@ TEST_F(Strings, OfTheJavaPlatformFollowTheSameRules) {
   }
 }
 
+TEST_F(Strings, OfExceptionsMayBeEmptyForeignOrLong) {
+  for (const std::string &message :
+       {std::string(), std::string("\xc3\xa4\xe2\x82\xac"), std::string(1 << 20, 'x')}) {
+    recorder.fail("open", message.c_str());
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(vantiro_open(), VANTIRO_ERROR_UNCAUGHT_EXCEPTION);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("IllegalStateException"),
+              std::string::npos);
+    EXPECT_EQ(vantiro_close(1), VANTIRO_OK);
+  }
+}
+
 using References = InitializedJava;
 
 TEST_F(References, AreHandedOutAsTheyAre) {

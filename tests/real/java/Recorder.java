@@ -15,6 +15,8 @@ public final class Recorder {
     private static long number;
     private static String text = "";
     private static String failing;
+    private static String message;
+    private static final List<byte[]> ballast = new ArrayList<>();
     private static Object lastObject;
 
     private Recorder() {}
@@ -26,8 +28,23 @@ public final class Recorder {
     }
 
     /** From now on methods with this in their signature throw; none for null. */
-    public static synchronized void fail(String signature) {
+    public static synchronized void fail(String signature, String message) {
         failing = signature;
+        Recorder.message = message;
+    }
+
+    /** Leaves room for small things in the heap, not for one of 8 MB; or gives the room back. */
+    public static synchronized void fillHeap(boolean full) {
+        ballast.clear();
+        ballast.add(new byte[1 << 22]);
+        for (int size = 1 << 24; full && size >= 1 << 18;) {
+            try {
+                ballast.add(new byte[size]);
+            } catch (OutOfMemoryError e) {
+                size /= 2;
+            }
+        }
+        ballast.remove(0);
     }
 
     /** The calls since this was asked last, a line each. */
@@ -66,7 +83,7 @@ public final class Recorder {
         }
         records.add(record.toString());
         if (failing != null && signature.contains(failing)) {
-            throw new IllegalStateException("scripted failure");
+            throw new IllegalStateException(message);
         }
         if (result == int.class)
             return (int) number;
