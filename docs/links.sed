@@ -1,7 +1,7 @@
 # Filters a page for Doxygen, which neither gives headings the names by which links call them, nor
 # follows links to a heading of another page, to a header or to what is not part of the reference.
 /^ *```/,/^ *```$/b
-s/\]\([^)]*\.md#([^)]*)\)/](@ref \1)/g
+s/\]\(([^)]*\.md)?#([^)]*)\)/](@ref \2)/g
 s/\]\([^)]*include\/([^)]*)\)/](@ref \1)/g
 s/\[([^]]*)\]\([^):]*\.(c|cpp|hpp|java|py)\)/\1/g
 /^##+ /{

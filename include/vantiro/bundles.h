@@ -3,6 +3,7 @@
  * @brief Creating, signing, uploading, looking up and selecting bundles.
  *
  * What the integers and strings mean, and what the Java results mean, is the Java library's.
+ * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
  *
  * The functions that ask a question return 1 or 0; a negative answer is a status, not a yes.
  */

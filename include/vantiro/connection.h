@@ -5,6 +5,7 @@
  *
  * What the integers, names and values mean, and in which order vantiro_open(), vantiro_ready(),
  * vantiro_close() and vantiro_cleanup() are to be called, is the Java library's.
+ * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
  */
 #ifndef VANTIRO_CONNECTION_H
 #define VANTIRO_CONNECTION_H

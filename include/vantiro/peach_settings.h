@@ -5,6 +5,7 @@
  * Each function calls the Java method of the parallel-each object (see vantiro_peach_handle()).
  * This library keeps no setting and checks none: accepted values, and the meaning of the settings
  * beyond their names, are the Java library's.
+ * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
  */
 #ifndef VANTIRO_PEACH_SETTINGS_H
 #define VANTIRO_PEACH_SETTINGS_H

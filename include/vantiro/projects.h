@@ -3,6 +3,7 @@
  * @brief Creating, starting, stopping and removing projects, their parameters and their jobs.
  *
  * What the integers, strings and lists mean, and what the Java results mean, is the Java library's.
+ * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
  */
 #ifndef VANTIRO_PROJECTS_H
 #define VANTIRO_PROJECTS_H

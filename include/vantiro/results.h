@@ -3,8 +3,9 @@
  * @brief Waiting for projects, their status and times, and downloading and listing their results.
  *
  * What the values mean, and whether a call makes sense in a project's current state, is the Java
- * library's. The functions that ask a question return 1 or 0; a negative answer is a status, not a
- * yes.
+ * library's. For the local grid, "Arguments" in `java/README.md` names them one by one
+ * (@ref arguments). The functions that ask a question return 1 or 0; a negative answer is a status,
+ * not a yes.
  */
 #ifndef VANTIRO_RESULTS_H
 #define VANTIRO_RESULTS_H

@@ -89,7 +89,8 @@ VANTIRO_API int vantiro_initFileWithPassword(const char *file, const char *passw
 /**
  * @brief Creates and initialises the management object from eleven values: the Java method `init`.
  *
- * The meaning of each value is the Java library's. Null strings reach Java as null.
+ * The meaning of each value is the Java library's; "Settings" in `java/README.md` has that of the
+ * local grid (@ref settings). Null strings reach Java as null.
  *
  * @param s1   first value, passed unchanged like all that follow, each in its place
  * @param s2   second value
