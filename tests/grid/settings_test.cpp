@@ -42,6 +42,10 @@ TEST_F(Settings, OfTheEnvironmentServeEveryProgram) {
                                     nullptr, nullptr),
             0);
   EXPECT_EQ(text_of(vantiro_getUserLogin) + text_of(vantiro_getTempDir), "me" + scratch);
+  EXPECT_EQ(vantiro_initWithoutFile(nullptr, nullptr, nullptr, nullptr, 0, nullptr, nullptr, 0, 0,
+                                    nullptr, "vantiro.properties"),
+            0);
+  EXPECT_EQ(text_of(vantiro_getUserLogin), "default") << "the further file goes before";
   EXPECT_EQ(vantiro_initFile("vantiro.properties"), 0) << last_error();
   EXPECT_EQ(text_of(vantiro_getUserLogin), "default");
 }
