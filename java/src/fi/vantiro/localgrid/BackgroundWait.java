@@ -41,8 +41,8 @@ public final class BackgroundWait {
             int ended = 0;
             boolean last = false;
             while (!last) {
-                ended = project.awaitEnded(ended);
-                last = project.isCompleted();
+                ended = project.jobs().awaitEnded(ended);
+                last = project.jobs().isCompleted();
                 project.results().downloadNew();
             }
         } catch (IOException e) {

@@ -152,7 +152,8 @@ public final class Grid {
 
     private static String statistics(Project project) {
         return project.description() + ": "
-                + project.statistics()
+                + project.jobs()
+                          .statistics()
                           .entrySet()
                           .stream()
                           .map(figure -> figure.getKey() + " " + figure.getValue())
@@ -222,12 +223,12 @@ public final class Grid {
             List<Project> projects = HANDLES.all(Project.class);
             for (Project project : projects) {
                 if (!stopJobs) {
-                    project.awaitJobs();
+                    project.jobs().awaitEnd();
                 }
-                project.requestStop();
+                project.jobs().requestStop();
             }
             for (Project project : projects) {
-                project.awaitJobs();
+                project.jobs().awaitEnd();
                 project.backgroundWait().stopIfWaiting();
             }
             HANDLES.clear();

@@ -23,7 +23,6 @@ final class Job {
     State state = State.WAITING;
     /** What runs the job, from when it has its turn. */
     JobRun run;
-    String failure;
 
     Job(int number, List<String> command) {
         this.number = number;

@@ -4,14 +4,15 @@ import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.TreeMap;
 import java.util.function.Consumer;
-import java.util.stream.Collectors;
 
 /** The jobs of a project and how many are in each state; the project guards it. */
 final class JobList {
     private static final int FAILURES_TOLD = 10;
 
     private final List<Job> jobs = new ArrayList<>();
+    private final TreeMap<Integer, String> failures = new TreeMap<>();
     private final int[] counts = new int[Job.State.values().length];
 
     Job add(List<String> command) {
@@ -57,6 +58,14 @@ final class JobList {
         return jobs.size() - count(Job.State.WAITING) - count(Job.State.RUNNING);
     }
 
+    /** Keeps what is said of a failed job when it is among the first. */
+    void addFailure(Job job, String text) {
+        failures.put(job.number, text);
+        if (failures.size() > FAILURES_TOLD) {
+            failures.pollLastEntry();
+        }
+    }
+
     /** The number of jobs in all and in each state. */
     Map<String, Long> statistics() {
         Map<String, Long> values = new LinkedHashMap<>();
@@ -70,11 +79,7 @@ final class JobList {
 
     /** The failures of the jobs, a line or more each. */
     String failures() {
-        String told = jobs.stream()
-                              .filter(job -> job.failure != null)
-                              .limit(FAILURES_TOLD)
-                              .map(job -> job.failure)
-                              .collect(Collectors.joining("\n"));
+        String told = String.join("\n", failures.values());
         int untold = count(Job.State.FAILED) - FAILURES_TOLD;
         return untold > 0 ? told + "\nand " + untold + " more jobs failed" : told;
     }

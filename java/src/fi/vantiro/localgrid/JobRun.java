@@ -20,8 +20,7 @@ final class JobRun implements Runnable, Keeper.Client {
 
     private final Project project;
     private final Job job;
-    private final JobHooks hooks;
-    private final JobFile file;
+    private JobHooks hooks;
     private WorkDirectory directory;
     private LineFollower follower;
     private volatile JobOutcome outcome;
@@ -33,19 +32,21 @@ final class JobRun implements Runnable, Keeper.Client {
     JobRun(Project project, Job job) {
         this.project = project;
         this.job = job;
-        hooks = project.hooks();
-        file = project.directory().job(job.number);
     }
 
     Project project() {
         return project;
     }
 
+    private JobFile file() {
+        return project.directory().job(job.number);
+    }
+
     @Override
     public void run() {
         if (outcome != null) {
             collect();
-        } else if (project.begin(job, this)) {
+        } else if (project.jobs().begin(job, this)) {
             handOver();
         } else {
             project.scheduler().release();
@@ -53,6 +54,7 @@ final class JobRun implements Runnable, Keeper.Client {
     }
 
     private void handOver() {
+        hooks = project.hooks();
         String failure;
         try {
             prepare();
@@ -71,7 +73,7 @@ final class JobRun implements Runnable, Keeper.Client {
         project.bundles().place(directory.root());
         hooks.prepare(job.number, directory.root(), environment);
         directory.inputsPlaced();
-        project.writeJobFile(file, directory.root(), environment, job.command);
+        project.writeJobFile(file(), directory.root(), environment, job.command);
         if (hooks.lines(job.number) != null) {
             follower =
                     new LineFollower(directory.file(WorkDirectory.STDOUT), hooks.lines(job.number));
@@ -84,7 +86,7 @@ final class JobRun implements Runnable, Keeper.Client {
             throw new GridException(Status.STOPPED, "stopped before it was started");
         }
         keeper = project.keeper();
-        id = keeper.run(file.path(), this);
+        id = keeper.run(file().path(), this);
     }
 
     /** Has the job ended, or keeps it from being started. */
@@ -97,7 +99,7 @@ final class JobRun implements Runnable, Keeper.Client {
 
     /** Hands a line to the job's standard input. */
     synchronized void send(String line) throws IOException {
-        file.addInput(line);
+        file().addInput(line);
         if (keeper != null) {
             keeper.input(id);
         }
@@ -105,7 +107,7 @@ final class JobRun implements Runnable, Keeper.Client {
 
     @Override
     public void started() {
-        project.started(job);
+        project.jobs().started(job);
     }
 
     @Override
@@ -134,7 +136,7 @@ final class JobRun implements Runnable, Keeper.Client {
                 ? directory.changedFiles()
                 : directory.listedFiles(hooks.outputs());
         String failure = failure(outputs);
-        project.addCpuTime(outcome.cpuMillis);
+        project.jobs().addCpuTime(outcome.cpuMillis);
         hooks.ended(project.results(), job.number, directory.root(), outputs, failure == null);
         return failure;
     }
@@ -145,7 +147,7 @@ final class JobRun implements Runnable, Keeper.Client {
             if (follower != null) {
                 project.followers().remove(follower);
             }
-            file.delete();
+            file().delete();
             if (directory != null && !hooks.keepsWork(project.settings().keepWork)) {
                 Trees.delete(directory.root());
             }
@@ -194,7 +196,7 @@ final class JobRun implements Runnable, Keeper.Client {
     }
 
     private String launcherSays() throws IOException {
-        return tail("\nthe launcher said:", file.launcherLog());
+        return tail("\nthe launcher said:", file().launcherLog());
     }
 
     /** The last lines of a file, behind a title. */

@@ -64,7 +64,7 @@ public final class PeachRun implements JobHooks {
         return project.info().id();
     }
 
-    public void setProjectId(int id) throws GridException, IOException {
+    public void setProjectId(int id) throws GridException, IOException, InterruptedException {
         project.setId(id);
     }
 
@@ -98,7 +98,7 @@ public final class PeachRun implements JobHooks {
         boolean succeeded = false;
         try {
             prepare();
-            project.start();
+            project.jobs().start();
             awaitJobs();
             if (description.resultFile != null) {
                 project.results().merge(description.resultFile);
@@ -120,9 +120,9 @@ public final class PeachRun implements JobHooks {
         project.info().putParams(description.projectParams);
         int jobs = description.jobCount();
         for (int left = jobs; left > 0; left--) {
-            project.createJob(Job.shellLine(description.executable));
+            project.jobs().create(Job.shellLine(description.executable));
         }
-        project.markAllJobsCreated();
+        project.jobs().markAllCreated();
         project.keeper();
         PeachSources sources = sources();
         state = new StateDirectory(stateDir());
@@ -160,7 +160,7 @@ public final class PeachRun implements JobHooks {
     private void awaitJobs() throws GridException, InterruptedException {
         say("started");
         try {
-            project.awaitCompletion();
+            project.jobs().awaitCompletion();
             say("completed");
         } catch (GridException e) {
             say(e.getMessage());
@@ -173,7 +173,7 @@ public final class PeachRun implements JobHooks {
 
     private void finish(boolean succeeded) throws IOException, InterruptedException {
         try {
-            project.stop();
+            project.jobs().stop();
         } finally {
             synchronized (this) {
                 failed = !succeeded;
@@ -242,7 +242,7 @@ public final class PeachRun implements JobHooks {
         synchronized (this) {
             jobsEnded++;
             say("job " + job + (succeeded ? " completed" : " failed") + ", " + jobsEnded + " of "
-                    + project.statistics().get("jobs") + " ended");
+                    + project.jobs().size() + " ended");
             if (succeeded) {
                 files.hold(job, kept);
                 if (description.stream) {
@@ -294,7 +294,7 @@ public final class PeachRun implements JobHooks {
             }
             unused = phase == Phase.DESCRIBED;
         }
-        project.stop();
+        project.jobs().stop();
         synchronized (this) {
             while (phase == Phase.EXECUTING) {
                 wait();

@@ -287,17 +287,17 @@ public final class ManagementImpl {
 
     /** Creates one job for each shell command line; how many. */
     public int createProjectJobs(int project, String[] lines) {
-        return errors.call(() -> project(project).createJobs(Arguments.list(lines, "lines")));
+        return errors.call(() -> project(project).jobs().createAll(Arguments.list(lines, "lines")));
     }
 
     /** Creates a job that runs a program with its arguments; its number. */
     public int createJob(int project, String[] command) {
-        return errors.call(() -> project(project).createJob(command(command)));
+        return errors.call(() -> project(project).jobs().create(command(command)));
     }
 
     /** Keeps a job aside until the cached jobs are flushed; how many are aside. */
     public int createCachedJob(int project, String[] command) {
-        return errors.call(() -> project(project).cacheJob(command(command)));
+        return errors.call(() -> project(project).jobs().cache(command(command)));
     }
 
     private static List<String> command(String[] words) {
@@ -306,22 +306,22 @@ public final class ManagementImpl {
 
     /** Creates the cached jobs; how many. */
     public int flushCachedJobs(int project) {
-        return errors.call(() -> project(project).flushCachedJobs());
+        return errors.call(() -> project(project).jobs().flushCached());
     }
 
     /** Declares that no more jobs follow. */
     public int markAllJobsCreated(int project) {
-        return errors.act(() -> project(project).markAllJobsCreated());
+        return errors.act(() -> project(project).jobs().markAllCreated());
     }
 
     /** Lets the jobs run. */
     public int startProject(int project) {
-        return errors.act(() -> project(project).start());
+        return errors.act(() -> project(project).jobs().start());
     }
 
     /** Kills the running jobs and drops the waiting ones. */
     public int stopProject(int project) {
-        return errors.act(() -> project(project).stop());
+        return errors.act(() -> project(project).jobs().stop());
     }
 
     /** Stops the project, deletes its files and forgets its handle. */
@@ -336,7 +336,7 @@ public final class ManagementImpl {
 
     /** Sends a line to the standard input of a job. */
     public int sendJobPostParameter(int project, long job, String text) {
-        return errors.act(() -> project(project).sendToJob(job, text));
+        return errors.act(() -> project(project).jobs().send(job, text));
     }
 
     /** The id that jobs see of the project. */
@@ -380,7 +380,7 @@ public final class ManagementImpl {
 
     /** Waits for all jobs; 0 when every one succeeded. */
     public int waitCompletion(int project) {
-        return errors.act(() -> project(project).awaitCompletion());
+        return errors.act(() -> project(project).jobs().awaitCompletion());
     }
 
     /** Has a thread wait for the jobs and download each result. */
@@ -395,38 +395,39 @@ public final class ManagementImpl {
 
     /** Whether all jobs have ended. */
     public boolean isCompleted(int project) {
-        return errors.get(() -> project(project).isCompleted());
+        return errors.get(() -> project(project).jobs().isCompleted());
     }
 
     /** Whether a job has failed. */
     public boolean isFailed(int project) {
-        return errors.get(() -> project(project).isFailed());
+        return errors.get(() -> project(project).jobs().isFailed());
     }
 
     /** Whether a job has ended. */
     public boolean isJobCompleted(int project, long job) {
-        return errors.get(() -> project(project).isJobCompleted(job));
+        return errors.get(() -> project(project).jobs().isCompleted(job));
     }
 
     /** 0 created, 1 running, 2 completed, 3 failed, 4 stopped. */
     public int getProjectStatus(int project) {
-        return errors.call(() -> project(project).state().ordinal());
+        return errors.call(() -> project(project).jobs().state().ordinal());
     }
 
     /** Milliseconds since the start, or from start to end. */
     public long getUsedTime(int project) {
-        return errors.get(() -> project(project).usedTime());
+        return errors.get(() -> project(project).jobs().usedTime());
     }
 
     /** Milliseconds of processor time of the ended jobs. */
     public long getUsedCpuTime(int project) {
-        return errors.get(() -> project(project).usedCpuTime());
+        return errors.get(() -> project(project).jobs().usedCpuTime());
     }
 
     /** A figure of the project by its name, null when there is none of that name. */
     public String getProjectStatistic(int project, String name) {
         return errors.get(() -> {
-            Long value = project(project).statistics().get(Arguments.required(name, "the name"));
+            Long value =
+                    project(project).jobs().statistics().get(Arguments.required(name, "the name"));
             return value == null ? null : value.toString();
         });
     }
