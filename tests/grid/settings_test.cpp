@@ -131,6 +131,7 @@ TEST_F(Failures, HaveTheirTextsAlsoWhenTheyAreExceptions) {
   EXPECT_TRUE(contains(text, "startxx") && contains(text, "xxend"));
   EXPECT_LT(text.size(), 400u);
   EXPECT_EQ(vantiro_peach_setDescription(run, nullptr), 0);
+  EXPECT_EQ(vantiro_peach_addExeFile(run, "/file", nullptr, nullptr, nullptr), 0);
 }
 
 TEST_F(Failures, OfFilesAreToldWithoutTheNamesOfJavaClasses) {
