@@ -3,10 +3,12 @@
  * run of one job for each input. See usage() below.
  *
  * What runs is a small shell script, made for the occasion, which every job gets; what differs
- * between the jobs is the line that each takes from the list of inputs, and its own input file.
+ * between the jobs are their job files: one that holds the input's line or name, and the input
+ * itself when it is a file.
  */
 #define _XOPEN_SOURCE 700
 
+#include <jni.h>
 #include <limits.h>
 #include <stdio.h>
 #include <stdlib.h>
@@ -58,22 +60,34 @@ static void write_word(FILE *script, const char *text) {
 
 static void write_script(const struct options *options) {
   FILE *script = create("each.sh");
-  fputs("#!/bin/sh\ninput=$(sed -n \"${VANTIRO_JOB}p\" each.inputs)\nexec </dev/null", script);
+  fputs("#!/bin/sh\nIFS= read -r input <each.input\nexec </dev/null", script);
   for (char **word = options->command; *word; ++word) write_word(script, *word);
   if (!options->names_input) fputs(" \"$input\"", script);
   fputc('\n', script);
   finish(script, "each.sh");
 }
 
+/* The name, in the scratch directory, of a job's file that holds its input. */
+static const char *input_file(int index) {
+  static char name[32];
+  snprintf(name, sizeof name, "input-%d", index + 1);
+  return name;
+}
+
+static int inputs_written;
+
 static void write_inputs(const struct options *options) {
-  FILE *list = create("each.inputs");
-  for (int i = 0; i < options->count; ++i) fprintf(list, "%s\n", input_name(options, i));
-  finish(list, "each.inputs");
+  for (int i = 0; i < options->count; ++i) {
+    FILE *file = create(input_file(i));
+    inputs_written = i + 1;
+    fprintf(file, "%s\n", input_name(options, i));
+    finish(file, input_file(i));
+  }
 }
 
 static void remove_scratch(void) {
   unlink(in_scratch("each.sh"));
-  unlink(in_scratch("each.inputs"));
+  for (int i = 0; i < inputs_written; ++i) unlink(in_scratch(input_file(i)));
   rmdir(scratch);
 }
 
@@ -93,18 +107,30 @@ static void print_line(const char *result) {
   if (line) puts(line + 1);
 }
 
+static void add_inputs(int run, const struct options *options) {
+  JNIEnv *const jni = vantiro_getJNIEnv();
+  require("setJobFileNames", vantiro_peach_setJobFileNames(run, 1, "each.input"), run);
+  /* The archive of these files is made anew in any case: there was no run with them before. */
+  require("setJobSkipDigest", vantiro_peach_setJobSkipDigest(run, 1), run);
+  for (int i = 0; i < options->count; ++i) {
+    /* A frame gives back what a call leaves behind in the thread. */
+    (*jni)->PushLocalFrame(jni, 16);
+    require("addJobFile",
+            vantiro_peach_addJobFile(run, options->from_files ? 2 : 1, in_scratch(input_file(i)),
+                                     options->inputs[i]),
+            run);
+    (*jni)->PopLocalFrame(jni, NULL);
+  }
+}
+
 static int describe_run(const struct options *options) {
   const int run = vantiro_peach_handle();
   require("asking for a peach handle", run, 0);
   require("setName", vantiro_peach_setName(run, "peach_each"), run);
   require("addExeFile", vantiro_peach_addExeFile(run, in_scratch("each.sh"), "each.sh", "", "755"),
           run);
-  require("setExecutable", vantiro_peach_setExecutable(run, "./each.sh"), run);
-  require("addParamFile", vantiro_peach_addParamFile(run, in_scratch("each.inputs")), run);
-  require("setJobs", vantiro_peach_setJobs(run, options->count), run);
-  for (int i = 0; options->from_files && i < options->count; ++i) {
-    require("addJobFile", vantiro_peach_addJobFile(run, 1, options->inputs[i]), run);
-  }
+  require("setExecutable", vantiro_peach_setExecutable(run, "exec ./each.sh"), run);
+  add_inputs(run, options);
   if (options->output) {
     require("setStateDir", vantiro_peach_setStateDir(run, options->output), run);
   } else {
