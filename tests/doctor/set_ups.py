@@ -138,7 +138,7 @@ ROWS = {
     "search": [
         ("JAVA_HOME of Java 9", NO_CONF, 'JAVA_HOME="$RUNTIME" ',
          None if HERE == 64 else "JAVA_HOME .* " + NOT_HERE),
-        ("PATH to Java 9", NO_CONF, 'PATH="$RUNTIME/bin" ',
+        ("PATH to Java 9", NO_CONF, 'JAVA_PATH="$RUNTIME/bin"; ',
          None if HERE == 64 else "PATH leads to, .*, " + NOT_HERE),
         ("JAVA_HOME of another kind", then(NO_CONF, other_word_size("jre/lib/x/server/libjvm.so")),
          "JAVA_HOME=$PWD ", "JAVA_HOME .* leads to no runtime library; .*" + OTHER_KIND),
@@ -147,14 +147,14 @@ ROWS = {
          "which JAVA_HOME leads to, " + OTHER_KIND),
         ("JAVA_HOME is a launcher", NO_CONF, 'JAVA_HOME="$RUNTIME/bin/java" ', "is a file and no"),
         ("JAVA_HOME leads nowhere", NO_CONF, "JAVA_HOME=/no/java ", "there is no /no;"),
-        ("nothing is set", NO_CONF, "PATH=/no ", "no Java runtime was found, .* says: libjvm.so: cannot"),
-        ("wrapper script", "rm lib/*.conf; echo '#!/bin/sh' >java", "PATH=$PWD ", "java, is a script"),
-        ("circle of links", "rm lib/*.conf; ln -s java java", "PATH=$PWD ", "leads in a circle"),
+        ("nothing is set", NO_CONF, "", "no Java runtime was found, .* says: libjvm.so: cannot"),
+        ("wrapper script", "rm lib/*.conf; echo '#!/bin/sh' >java", "JAVA_PATH=$PWD; ", "java, is a script"),
+        ("circle of links", "rm lib/*.conf; ln -s java java", "JAVA_PATH=$PWD; ", "leads in a circle"),
         ("relative link", "rm lib/*.conf; mkdir a b; ln -s ../b/java a/java; cp $RUNTIME/bin/java b",
-         "PATH=$PWD/a ", "a link to ../b/java, which the library takes relative"),
+         "JAVA_PATH=$PWD/a; ", "a link to ../b/java, which the library takes relative"),
         ("unreadable launcher", "rm lib/*.conf; cp $RUNTIME/bin/java .; chmod 111 java",
-         "PATH=$PWD:/usr/bin as_user ", "java, cannot be read by user"),
-        ("reached by a link", "mkdir a; ln -s $LIB a", "LIB=$PWD/a/${LIB##*/}; PATH=/no ",
+         "JAVA_PATH=$PWD; as_user ", "java, cannot be read by user"),
+        ("reached by a link", "mkdir a; ln -s $LIB a", "LIB=$PWD/a/${LIB##*/}; ",
          "is a link to .*, and the library looks for VantiroDLL.conf and vantiro.jar beside the link"),
         ("reached by a relative path", "", "LIB=lib/${LIB##*/}; ", None),
         ("library is missing", "rm $LIB", "", "does not exist; name the library"),
@@ -240,7 +240,7 @@ def wrong(folder, set_up, before, sentence):
         if status:
             return f"the set-up failed: {text}"
 
-    status, text = run(folder, before, '"$DOCTOR" --json "$LIB"')
+    status, text = run(folder, before, 'env PATH="${JAVA_PATH-/no}" "$DOCTOR" --json "$LIB"')
     if not text.startswith("{"):
         return f"no findings, status {status}: {text}"
     found = [entry["cause"] + "; " + entry["cure"] for entry in json.loads(text).get("troubles", [])]
@@ -249,7 +249,7 @@ def wrong(folder, set_up, before, sentence):
         return f"no such sentence: {sentence}\n{text}"
     if len({sentence is None, status == 0, not found}) != 1:
         return f"status {status}:\n{text}"
-    status_of_program, text_of_program = run(folder, before, '"$PROGRAM" "$LIB"')
+    status_of_program, text_of_program = run(folder, before, 'env PATH="${JAVA_PATH-/no}" "$PROGRAM" "$LIB"')
     if (status == 0) != (status_of_program == 0):
         return f"the library disagrees:\n{text_of_program}\n{text}"
     return None

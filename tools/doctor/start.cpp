@@ -62,7 +62,8 @@ class Start {
 
   bool load_library() {
     step("loading the library");
-    if (dlopen(attempt_.library.c_str(), RTLD_LAZY)) return true;
+    void *const handle = dlopen(attempt_.library.c_str(), RTLD_LAZY);
+    if (handle && dlsym(handle, "vantiro_init")) return true;
     tell_("library does not load", loader_error());
     return false;
   }
