@@ -98,7 +98,7 @@ class TorturedCall {
     const auto end = functions_.begin() + static_cast<long>(failing);
     const bool is_of_a_list = function == "NewStringUTF"
                                   ? std::count(functions_.begin(), end, function) < early_strings()
-                                  : early_strings() != 0 && !function.starts_with("Call");
+                                  : !clears_first() && !function.starts_with("Call");
     return is_of_a_list ? success_ : VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
   }
 

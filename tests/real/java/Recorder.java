@@ -1,12 +1,13 @@
 package fi.vantiro.recording;
 
 import fi.vantiro.user.IntermediateResultHandler;
+import java.lang.reflect.Array;
 import java.lang.reflect.InvocationHandler;
 import java.lang.reflect.Proxy;
 import java.util.ArrayList;
-import java.util.Arrays;
 import java.util.List;
 import java.util.stream.Collectors;
+import java.util.stream.IntStream;
 
 /** Writes down each call that arrives in Java, and holds what the calls are to answer. */
 public final class Recorder {
@@ -109,10 +110,9 @@ public final class Recorder {
     }
 
     private static String written(Object argument) {
-        if (argument instanceof String[]) {
-            String[] list = (String[]) argument;
-            return Arrays.stream(list)
-                    .map(Recorder::written)
+        if (argument != null && argument.getClass().isArray()) {
+            return IntStream.range(0, Array.getLength(argument))
+                    .mapToObj(i -> written(Array.get(argument, i)))
                     .collect(Collectors.joining(" ", "[", "]"));
         }
         if (argument instanceof IntermediateResultHandler)
