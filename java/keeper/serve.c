@@ -1,7 +1,8 @@
 // The keeper of one program: a child for each job, and an eye on the program.
 //
-// Requests and answers are texts that end with a NUL: "run ID FILE", "stop ID", "input ID"; "ID
-// started", "ID ended WORD STATUS CPU_MS WHY". The processes of the jobs answer for themselves.
+// Requests and answers are texts that end with a NUL: "run ID FILE", "stop ID", "input ID"; first
+// of all "0 ready", then "ID started", "ID ended WORD STATUS CPU_MS WHY". The processes of the jobs
+// answer for themselves.
 
 #include <errno.h>
 #include <fcntl.h>
@@ -168,6 +169,7 @@ int serve(pid_t program, const char *lock) {
   int signals = signals_open();
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   prctl(PR_SET_PDEATHSIG, SIGHUP);
+  answer(0, "ready");
   bool orphans = false;
   // A thread of the program that ends sends the same signal as the program; the parent tells.
   bool ending = getppid() != program;

@@ -5,8 +5,8 @@ import java.util.Locale;
 /** How a job ended, as its keeper tells it. */
 final class JobOutcome {
     /** The keeper itself was ended; it takes its jobs with it. */
-    static final JobOutcome UNKEPT =
-            new JobOutcome(Ending.FAILED, 0, 0, Keeper.NAME + ", which looks after it, was ended");
+    static final JobOutcome UNKEPT = new JobOutcome(
+            Ending.FAILED, 0, 0, Keeper.NAME + ", which looks after the jobs, was ended");
 
     /** The words of the keeper. */
     enum Ending { EXITED, TIMEOUT, STOPPED, LOST, FAILED }

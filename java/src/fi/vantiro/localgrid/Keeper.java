@@ -72,6 +72,7 @@ final class Keeper {
         Keeper keeper = new Keeper(process, PATIENCE_SECONDS + 2 * graceSeconds);
         boolean listening = false;
         try {
+            keeper.awaitReady(program);
             GridThreads.start("vantiro-keeper", keeper::listen);
             RUNNING.add(keeper);
             listening = true;
@@ -81,6 +82,17 @@ final class Keeper {
             }
         }
         return keeper;
+    }
+
+    /** Its first answer tells that it is what it should be, and that it could start. */
+    private void awaitReady(Path program) throws GridException {
+        try {
+            read(process.getInputStream(), new byte[MAX_ANSWER]);
+        } catch (IOException e) {
+            throw new GridException(Status.NOT_FOUND,
+                    "jobs cannot be run: " + program
+                            + " has ended at once; standard error may tell why");
+        }
     }
 
     /** The keeper's program, which lies beside the archive of this class. */
@@ -125,14 +137,18 @@ final class Keeper {
     }
 
     /** Has the job of that file run; the number by which it is known here. */
-    synchronized int run(Path jobFile, Client client) throws GridException, IOException {
-        checkPresent();
+    synchronized int run(Path jobFile, Client client) throws GridException {
+        if (gone) {
+            throw hasEnded();
+        }
         int id = ++lastId;
         boolean requested = false;
         clients.put(id, client);
         try {
             request("run " + id + " " + jobFile);
             requested = true;
+        } catch (IOException e) {
+            throw hasEnded();
         } finally {
             if (!requested) {
                 clients.remove(id);
@@ -151,10 +167,8 @@ final class Keeper {
         tell("input " + id);
     }
 
-    private void checkPresent() throws GridException {
-        if (gone) {
-            throw new GridException(Status.IO_ERROR, "the " + NAME + " of this program has ended");
-        }
+    private static GridException hasEnded() {
+        return new GridException(Status.IO_ERROR, NAME + ", which looks after the jobs, was ended");
     }
 
     private void tell(String text) {
