@@ -22,7 +22,8 @@ bool has(const std::string &text, const std::string &part) { return text.find(pa
 std::string line_with(const std::string &text, const std::string &part) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
-    if (has(line, part)) return line;
+    // What Java repeats of its options is no complaint.
+    if (has(line, part) && !line.starts_with("Picked up ")) return line;
   }
   return "";
 }
@@ -64,7 +65,9 @@ class Diagnosis {
         outcome_(run_in_child([&](Tell tell) { start(attempt, tell); })) {}
 
   bool run() {
-    if (fact("step") == creating_machine && !outcome_.end.empty()) look_for_silent_cause();
+    if (fact("step") == creating_machine && outcome_.end.starts_with("ended")) {
+      look_for_silent_cause();
+    }
     describe();
     compare_class_path();
     if (has_status() && status() >= 0) return true;
@@ -166,6 +169,7 @@ class Diagnosis {
         {"Unmatched quote", &Diagnosis::explain_options},
         {"Invalid ", &Diagnosis::explain_options},
         {"Improperly specified", &Diagnosis::explain_options},
+        {"stack size specified", &Diagnosis::explain_options},
         {"heap size", &Diagnosis::explain_options},
         {"Conflicting", &Diagnosis::explain_options},
         {"manifest missing", &Diagnosis::explain_options},
@@ -258,6 +262,7 @@ class Diagnosis {
 
   void explain_status() {
     const std::string exception = fact("exception");
+    const std::string options = options_from_outside();
     if (!fact("library does not load").empty()) {
       trouble(attempt_.library + " does not load: " + fact("library does not load"),
               "install the library again");
@@ -266,7 +271,8 @@ class Diagnosis {
               "install the runtime again, or name another in VantiroDLL.conf");
     } else if (!has_status()) {
       trouble("a program that starts Java " + outcome_.end + " while " + fact("step") +
-                  (thrown_.empty() ? "" : ": " + thrown_.back()),
+                  (thrown_.empty() ? "" : ": " + thrown_.back()) +
+                  (options.empty() ? "" : ", with " + options),
               outcome_.output.empty() ? "see whether another runtime or archive does the same"
                                       : "see what it wrote, which stands above under output");
     } else if (exception.starts_with("java.lang.ExceptionInInitializerError")) {

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 
 #include "diagnosis.h"
 #include "files.h"
@@ -22,6 +23,7 @@ bool examine(const std::string &name, Report &report) {
     return false;
   }
   const ElfFile file = examine_library(library, report);
+  if (!is_readable(library)) return false;
   const std::string directory = directory_of(library);
   const Found found = examine_search(directory, file, report);
   report.tell("runtime", found.runtime + ", from " + found.source);
@@ -57,6 +59,7 @@ int run(int count, char **arguments) {
   } else {
     report.write_text(std::cout);
   }
+  if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
   return succeeds ? 0 : 1;
 }
 

@@ -87,6 +87,10 @@ void examine_surroundings(const std::vector<std::string> &paths, Report &report)
   std::error_code error;
   const std::string current = std::filesystem::current_path(error);
   tell(report, "current directory", error ? "gone: " + error.message() : current);
+  if (error) {
+    report.trouble("the current directory has been removed",
+                   "start the program in a directory that exists");
+  }
   examine_user(report);
   if (access("/tmp", W_OK | X_OK) != 0) {
     report.note("the directory /tmp does not exist or cannot be written to",
