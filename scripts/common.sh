@@ -9,7 +9,6 @@ export LC_ALL=C.UTF-8
 root=$(cd -- "$(dirname -- "$(readlink -f -- "${BASH_SOURCE[0]}")")/.." && pwd -P)
 build=$root/build
 runtime=$build/runtime-i386
-benchmark=$build/benchmark-i386
 python=$build/python-i386
 slurm=$build/slurm
 logs=$build/logs

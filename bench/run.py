@@ -1,0 +1,145 @@
+"""Runs the benchmarks of a build, prints one table, and writes it as JSON: see scripts/bench."""
+import argparse
+import json
+import os
+import re
+import shutil
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+
+parser = argparse.ArgumentParser()
+parser.add_argument("build")
+parser.add_argument("results")
+parser.add_argument("--runtime", required=True)
+parser.add_argument("--quick", action="store_true")
+parser.add_argument("--jobs", default="")
+parser.add_argument("--only", default="calls,start,size,alternatives,grid")
+options = parser.parse_args()
+root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+bench = os.path.join(options.build, "bench")
+rows = []
+
+
+def output(*command, **environment):
+    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True,
+                          env={**os.environ, **environment}).stdout
+
+
+def show(row):
+    rows.append(row)
+    unit = row.get("unit", "ns")
+    quartiles = f"{row['low']:8.3f} {row['high']:7.3f}" if "low" in row else ""
+    ratio = f"{row['ratio']:8.3f}" if "ratio" in row else ""
+    theirs = f"{row['theirs']:13,.1f}" if "theirs" in row else f"{'':13}"
+    print(f"{row['set']:9} {row['name']:34} {row['ours']:13,.1f} {theirs} {unit:9}{ratio}{quartiles}",
+          flush=True)
+
+
+def show_lines(text):
+    for line in text.splitlines():
+        show(json.loads(line))
+
+
+def show_pairs(kind, name, pairs, unit):
+    low, middle, high = statistics.quantiles((a / b for a, b in pairs), n=4)
+    show({"set": kind, "name": name, "unit": unit, "ratio": middle, "low": low, "high": high,
+          "pairs": len(pairs), "ours": statistics.median(a for a, _ in pairs),
+          "theirs": statistics.median(b for _, b in pairs)})
+
+
+def calls():
+    for kind in ("null", "real"):
+        show_lines(output(f"{bench}/calls", kind, "0.1" if options.quick else "1.5",
+                          LD_LIBRARY_PATH=f"{bench}/{kind}"))
+
+
+def start():
+    library = [f"{bench}/start", "library", f"{bench}/real/libvantiro.so.1"]
+    by_hand = [f"{bench}/start", "by_hand", options.runtime, f"{bench}/real"]
+    loads, pairs, noise = [], [], []
+    for _ in range(5 if options.quick else 31):
+        load, ours = map(float, output(*library).split())
+        first, second = (float(output(*by_hand).split()[1]) for _ in range(2))
+        loads.append(load)
+        pairs.append((ours, first))
+        noise.append((second, first))
+    show_pairs("start", "vantiro_init", pairs, "ms")
+    show_pairs("start", "vantiro_init (noise)", noise, "ms")
+    show({"set": "load", "name": "dlopen to the first call", "unit": "us",
+          "ours": 1000 * statistics.median(loads)})
+    relocations = output("readelf", "-rW", f"{options.build}/libvantiro.so")
+    show({"set": "load", "name": "relocations", "unit": "",
+          "ours": len(re.findall(r"^[0-9a-f]{8}", relocations, re.M))})
+
+
+def size():
+    with tempfile.NamedTemporaryFile() as stripped:
+        output("strip", "-o", stripped.name, f"{options.build}/libvantiro.so")
+        show({"set": "size", "name": "stripped library", "unit": "bytes",
+              "ours": os.path.getsize(stripped.name)})
+        text = re.search(r"^\.text +(\d+)", output("size", "-A", stripped.name), re.M)
+        show({"set": "size", "name": "its text section", "unit": "bytes", "ours": int(text[1])})
+
+
+def alternatives():
+    script = os.path.join(root, "bench", "alternatives.py")
+    python = {"PYTHONPATH": os.path.join(root, "clients", "python")}
+    place = f"{bench}/real"
+    show_lines(output(sys.executable, script, place, options.runtime,
+                      "0.2" if options.quick else "1.5", **python))
+
+    def once(way):
+        return 1000 * float(output(sys.executable, script, "start", way, place, options.runtime,
+                                   **python))
+
+    pairs = [(once("vantiro"), once("jpype")) for _ in range(5 if options.quick else 21)]
+    show_pairs("jpype", "start", pairs, "ms")
+
+
+def seconds_of(command, directory):
+    begin = time.perf_counter()
+    subprocess.run(["sh", "-c", command], check=True, cwd=directory, stdout=subprocess.DEVNULL,
+                   stderr=subprocess.DEVNULL)
+    return time.perf_counter() - begin
+
+
+def grid():
+    at_once = os.cpu_count()
+    sizes = [int(n) for n in options.jobs.split(",") if n] or (
+        [100, 500] if options.quick else [500, 2000, 10000])
+    for jobs in sizes:
+        # Rates are in milliseconds for a job, everything from describing to listing included.
+        with tempfile.TemporaryDirectory() as directory:
+            xargs = seconds_of(f"seq {jobs} | xargs -n 1 -P {at_once} echo", directory)
+            parallel = None
+            if jobs <= 10000:
+                parallel = seconds_of(
+                    f"seq {jobs} | parallel -j {at_once} --results all echo", directory)
+        for kind in ("project", "peach"):
+            home = tempfile.mkdtemp()
+            try:
+                step = json.loads(output(f"{bench}/grid", kind, str(jobs), str(at_once), home))
+            finally:
+                shutil.rmtree(home, ignore_errors=True)
+            total = sum(step[name] for name in ("describing", "running", "listing", "downloading"))
+            row = {"set": kind, "name": f"{jobs} jobs", "unit": "ms a job", "jobs": jobs,
+                   "ours": 1000 * total / jobs, "running": 1000 * step["running"] / jobs,
+                   "memory": step["memory"], "xargs": 1000 * xargs / jobs}
+            if parallel:
+                row.update(theirs=1000 * parallel / jobs, ratio=total / parallel)
+            show(row)
+            print(f"{'':10}running {jobs / step['running']:.0f} jobs a second, peak memory "
+                  f"{step['memory']} MB; xargs {jobs / xargs:.0f} jobs a second", flush=True)
+
+
+print(f"{'set':9} {'what':34} {'ours':>13} {'theirs':>13} {'unit':9}{'ratio':>8} quartiles")
+for part in options.only.split(","):
+    # Debian's JPype is for the machine's own Python.
+    if part != "alternatives" or options.build.endswith("/native"):
+        globals()[part]()
+with open(options.results, "w") as file:
+    json.dump({"load average": os.getloadavg(), "processors": os.cpu_count(),
+               "date": time.strftime("%Y-%m-%d"), "rows": rows}, file, indent=1)
