@@ -77,7 +77,7 @@ if(TARGET vantiro-doctor)
 Walks through the search of libvantiro for a Java runtime and for its archives,
 starts the runtime in a process of its own, and names the cause and the cure of
 each trouble.")
-  set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same_version}")
+  set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same_version}, libc6 (>= 2.34)")
 endif()
 
 # The library's configuration.

@@ -48,6 +48,7 @@ case $way in
     prints_login ./first
     quietly env "LD_LIBRARY_PATH=$here/p/lib/vantiro" "$build/examples/pi" 10
     quietly c++ $flags -std=c++17 -fsyntax-only -Ip/include "$source/clients/cpp/examples/pi.cpp"
+    quietly p/bin/vantiro-doctor
     readelf --sections --wide p/lib/vantiro/libvantiro.so | grep debug && fail "debug information"
     echo '#' >>p/lib/vantiro/VantiroDLL.conf
     install_here
@@ -87,6 +88,7 @@ case $way in
     cp "$build/VantiroDLL.conf" "root$place/"
     compile -Iroot/usr/include "-Lroot$lib" -lvantiro
     prints_login env "LD_LIBRARY_PATH=$here/root$place" ./first
+    quietly root/usr/bin/vantiro-doctor "$here/root$place/libvantiro.so.1"
     build_with_cmake 'find_package(vantiro REQUIRED)' "-Dvantiro_DIR=$here/root$lib/cmake/vantiro"
     prints_login b/first
     export PKG_CONFIG_LIBDIR="root$lib/pkgconfig" PKG_CONFIG_SYSROOT_DIR=root
