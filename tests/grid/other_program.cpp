@@ -54,6 +54,7 @@ int main(int, char **arguments) {
   job << std::ifstream(folder + "/job").rdbuf();
   const int project = start(job.str());
   if (what == "wait") {
+    start("sleep 600 # slow");
     vantiro_waitCompletion(project);
     std::ofstream(folder + "/told") << "the wait has returned";
   }

@@ -99,6 +99,10 @@ TEST_F(Processes, EndWithWhatLooksAfterThem) {
 }
 
 TEST_F(Processes, EndWithTheirProgram) {
+  // One job is slow to end, so that there is time to be told of the end of another.
+  write("launcher", "grep -q slow \"$3\" && trap '' TERM; \"$@\"");
+  write("settings", "grid.home=" + path("home") + "\njob.cancel.wait=1\njob.launcher=sh " +
+                        path("launcher") + "\n");
   const struct {
     const char *how;
     int signal_number, status;

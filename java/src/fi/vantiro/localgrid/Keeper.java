@@ -218,7 +218,7 @@ final class Keeper {
             String[] words = new String(answer, 0, length, StandardCharsets.UTF_8).split(" ", 3);
             Integer id = Integer.valueOf(words[0]);
             Client client = clients.get(id);
-            if (client == null || programEnds) {
+            if (client == null) {
                 return true;
             }
             if (words[1].equals("started")) {
