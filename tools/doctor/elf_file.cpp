@@ -35,13 +35,15 @@ template <typename Elf>
 bool is_position_independent_program(const File &file, const typename Elf::Segment &dynamic) {
   for (std::uint64_t i = 0; i < dynamic.p_filesz / sizeof(typename Elf::Dynamic); ++i) {
     const auto item = entry<typename Elf::Dynamic>(file, dynamic.p_offset, i);
-    if (item && item->d_tag == DT_FLAGS_1) return (item->d_un.d_val & DF_1_PIE) != 0;
+    if (!item || item->d_tag == DT_NULL) return false;
+    if (item->d_tag == DT_FLAGS_1) return (item->d_un.d_val & DF_1_PIE) != 0;
   }
   return false;
 }
 
 template <typename Elf>
 void read_segments(const File &file, const typename Elf::Header &header, ElfFile &result) {
+  std::optional<typename Elf::Segment> dynamic;
   for (unsigned i = 0; i < header.e_phnum; ++i) {
     const auto segment = entry<typename Elf::Segment>(file, header.e_phoff, i);
     if (!segment || (segment->p_type == PT_LOAD &&
@@ -49,10 +51,9 @@ void read_segments(const File &file, const typename Elf::Header &header, ElfFile
       result.fault = truncated;
       return;
     }
-    if (segment->p_type == PT_DYNAMIC) {
-      result.is_program |= is_position_independent_program<Elf>(file, *segment);
-    }
+    if (segment->p_type == PT_DYNAMIC) dynamic = segment;
   }
+  if (dynamic && is_position_independent_program<Elf>(file, *dynamic)) result.is_program = true;
 }
 
 template <typename Elf>
@@ -87,7 +88,7 @@ void read_rest(const File &file, ElfFile &result) {
   result.is_program = header->e_type == ET_EXEC;
   if (header->e_type != ET_EXEC && header->e_type != ET_DYN) result.fault = "is no shared library";
   if (result.fault.empty()) read_segments<Elf>(file, *header, result);
-  for (unsigned i = 0; i < header->e_shnum && result.fault.empty(); ++i) {
+  for (unsigned i = 0; i < header->e_shnum && result.fault.empty() && !result.symbols_known; ++i) {
     const auto section = entry<typename Elf::Section>(file, header->e_shoff, i);
     if (!section) {
       result.fault = truncated;
