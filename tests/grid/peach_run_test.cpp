@@ -185,7 +185,8 @@ std::string results[4];  // one job's lines each, which come one after the other
 }
 
 TEST_F(PeachRun, DeliversEveryLineInTheOrderOfItsJobWhileItRuns) {
-  const int run = new_run("for i in $(seq 500); do echo $i; done", 3);
+  const int run = new_run("for i in $(seq 500); do echo $i; done; printf end", 3);
+  vantiro_peach_addParamFile(run, write("input", "not an output").c_str());
   ASSERT_EQ(vantiro_peach_setIntermediateResultHandler(run,
                                                        [](const char *text) {
                                                          const int job = std::atoi(text);
@@ -197,7 +198,23 @@ TEST_F(PeachRun, DeliversEveryLineInTheOrderOfItsJobWhileItRuns) {
   ASSERT_EQ(vantiro_peach_execute(run), 0);
   std::string expected;
   for (int i = 1; i <= 500; ++i) expected += std::to_string(i);
+  expected += "end";
   for (int job = 1; job <= 3; ++job) EXPECT_EQ(results[job], expected);
+  EXPECT_FALSE(fs::exists(path("state/job-1/input")));
+}
+
+TEST_F(PeachRun, MayBeRemovedByItsReceiverWhichMayNotWait) {
+  static int project, waited, removed;
+  const int run = new_run("echo ready; sleep 600", 1);
+  project = vantiro_peach_getProjectHandle(run);
+  vantiro_peach_setIntermediateResultHandler(run, [](const char *) {
+    waited = vantiro_waitCompletion(project);
+    removed = vantiro_removeProject(project);
+  });
+  EXPECT_EQ(vantiro_peach_execute(run), -9);
+  EXPECT_EQ(waited, -4);
+  EXPECT_EQ(removed, 0);
+  while (!fs::is_empty(path("home/projects"))) vantiro_actionWait(20);
 }
 
 TEST_F(PeachRun, RunsWithASingleCall) {
