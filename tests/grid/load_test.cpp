@@ -88,5 +88,7 @@ TEST_F(Load, LetsShortThreadsGoWhenTheyDetach) {
     std::cout << "as many that do not: " << grown_by([] {}) << " MB" << std::endl;
     std::_Exit(HasFailure());  // since the machine would wait for the threads that are gone
   }
+#ifndef __SANITIZE_ADDRESS__  // which keeps what is freed
   EXPECT_LT(detached, 20);
+#endif
 }
