@@ -60,12 +60,13 @@ class Started(unittest.TestCase):
         self.addCleanup(home.cleanup)
         path = pathlib.Path(home.name)
         grid.check(grid.initWithoutFile(path, LONG, None, None, 0, "OFF", None, 0, 0, None, None))
-        self.project = grid.check(grid.createProject(grid.open(), 0, "", ["a=\0é€😀", b"b=2"]))
+        self.project = grid.check(grid.createProject(grid.open(), 0, "n\0n", ["a=é€😀", b"b=2"]))
         self.peach = grid.check(grid.peach_handle())
 
     def test_strings_and_lists(self):
         self.assertEqual(grid.text(grid.getUserLogin), LONG)
-        self.assertEqual(grid.text(grid.getProjectParamValue, self.project, "a"), "\0é€😀")
+        self.assertEqual(grid.text(grid.getProjectParamValue, self.project, "a"), "é€😀")
+        self.assertIn("n\0n", grid.text(grid.getProjectDescription, self.project))
         self.assertEqual(grid.text(grid.getJavaSystemProperty, "no.such"), "")
         self.assertEqual(grid.list(grid.getProjectParamName, self.project), ["a", "b"])
         self.assertEqual(grid.list(grid.getResultFiles, self.project), [])
