@@ -27,10 +27,11 @@ double resident_mb() {
 
 class Load : public GridTest {
  protected:
-  int session() {
-    static const int opened = vantiro_open();
-    return opened;
+  void SetUp() override {
+    GridTest::SetUp();
+    session = vantiro_open();
   }
+  int session = 0;
 };
 
 }  // namespace
@@ -45,7 +46,7 @@ TEST_F(Load, GivesEachThreadItsOwnResults) {
     const auto value = [thread](int i) { return std::to_string(1000 * thread + i); };
     for (int i = 0; i < values; ++i) parameters.push_back(std::to_string(i) + "=" + value(i));
     for (const std::string &parameter : parameters) list.push_back(parameter.c_str());
-    const int project = vantiro_createProject2(session(), 0, "p", values, list.data());
+    const int project = vantiro_createProject2(session, 0, "p", values, list.data());
     void *thread_env = nullptr;
     vantiro_getJavaVM()->AttachCurrentThread(&thread_env, nullptr);
     auto *const jni = static_cast<JNIEnv *>(thread_env);
@@ -61,7 +62,6 @@ TEST_F(Load, GivesEachThreadItsOwnResults) {
     }
     vantiro_getJavaVM()->DetachCurrentThread();
   };
-  session();
   std::vector<std::thread> running;
   for (int i = 0; i < threads; ++i) running.emplace_back(work, i);
   for (std::thread &thread : running) thread.join();
@@ -71,7 +71,7 @@ TEST_F(Load, GivesEachThreadItsOwnResults) {
 
 TEST_F(Load, LetsShortThreadsGoWhenTheyDetach) {
   const int threads = times_load(1000);
-  const int project = vantiro_createEmptyProject(session(), 0, "p");
+  const int project = vantiro_createEmptyProject(session, 0, "p");
   const auto grown_by = [&](const std::function<void()> &end) {
     const double before = resident_mb();
     for (int i = 0; i < threads; ++i) {
@@ -86,6 +86,7 @@ TEST_F(Load, LetsShortThreadsGoWhenTheyDetach) {
   std::cout << threads << " threads that detach: " << detached << " MB\n";
   if (std::getenv("VANTIRO_LOAD")) {
     std::cout << "as many that do not: " << grown_by([] {}) << " MB" << std::endl;
+    TearDown();
     std::_Exit(HasFailure());  // since the machine would wait for the threads that are gone
   }
 #ifndef __SANITIZE_ADDRESS__  // which keeps what is freed
