@@ -17,6 +17,8 @@ final class Job {
         }
     }
 
+    private static final int MOST_TOLD = 1000;
+
     final int number;
     final List<String> command;
 
@@ -34,9 +36,16 @@ final class Job {
         return Arrays.asList("/bin/sh", "-c", line);
     }
 
-    /** The command as its creator gave it. */
+    /** The command as its creator gave it, cut to what can be read without copying it all. */
     String commandText() {
         boolean isLine = command.size() == 3 && command.equals(shellLine(command.get(2)));
-        return isLine ? command.get(2) : String.join(" ", command);
+        StringBuilder text = new StringBuilder();
+        for (String word : isLine ? command.subList(2, 3) : command) {
+            text.append(text.length() == 0 ? "" : " ").append(Arguments.shortened(word));
+            if (text.length() > MOST_TOLD) {
+                break;
+            }
+        }
+        return Arguments.shortened(text.toString());
     }
 }

@@ -288,7 +288,7 @@ public final class ProjectJobs {
         if (!job.state.ended()) {
             if (failure != null && !stopped) {
                 String text = "job " + job.number + " of " + project
-                        + " failed: " + Arguments.shortened(job.commandText()) + ": " + failure;
+                        + " failed: " + job.commandText() + ": " + failure;
                 jobs.addFailure(job, text);
                 project.errors().record(new GridException(Status.JOB_FAILED, text));
             }
