@@ -6,6 +6,7 @@ import java.util.ArrayList;
 import java.util.Deque;
 import java.util.List;
 import java.util.Map;
+import java.util.logging.Level;
 import java.util.logging.Logger;
 
 /** The jobs of a project: created, started, waited for and stopped together. */
@@ -312,7 +313,10 @@ public final class ProjectJobs {
 
     private void move(Job job, Job.State state) {
         jobs.move(job, state);
-        LOG.fine(() -> "job " + job.number + " of " + project + " is now " + state);
+        // Also when there is no memory for what nobody reads.
+        if (LOG.isLoggable(Level.FINE)) {
+            LOG.fine("job " + job.number + " of " + project + " is now " + state);
+        }
     }
 
     private void changed() {
