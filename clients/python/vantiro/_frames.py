@@ -7,10 +7,10 @@ each call would cost more than the call, so a frame takes many calls, and is ren
 The functions for it stand in tables of pointers that the Java machine and the thread's environment
 begin with. The Java Native Interface fixes the positions in them for all versions.
 """
-import collections
 import contextlib
 import ctypes
 import itertools
+import random
 import threading
 from typing import Any, Iterator, Optional
 
@@ -42,45 +42,47 @@ def _call(target: int, function: Any, *arguments: Any) -> Any:
     return prototype(address)(target, *arguments)
 
 
-class Frames(threading.local):
-    """What the present thread has in the Java machine.
+class _Thread(threading.local):
+    env: Optional[int] = None  # that the present thread's frame was pushed in
 
-    ``room`` gives an item for each call that the frame still takes. When it ends, :meth:`renew` is
-    due.
+
+class Frames:
+    """What the threads have in the Java machine.
+
+    ``room`` gives an item for each call until :meth:`renew` is due. All threads share it, because
+    to look up what belongs to a thread would cost as much as all else here; how much it gives is
+    drawn anew each time, so that no thread's calls are always passed over.
     """
 
     def __init__(self, library: ctypes.CDLL) -> None:
         self._library = library
-        self._env: Optional[int] = None  # the environment that the frame was pushed in
+        self._thread = _Thread()
+        self._draw = random.Random().randrange
         self.room: Iterator[None] = iter(())
 
-    def take_list(self, strings: int) -> None:
-        """Counts in what a list makes beyond the usual."""
-        self._take(strings // STRINGS_OF_A_CALL)
-
-    def take_long(self, size: int) -> None:
-        """Counts in what a string holds beyond the usual."""
-        self._take(size // LONG)
-
-    def _take(self, calls: int) -> None:
-        collections.deque(itertools.islice(self.room, calls), maxlen=0)
+    def take(self, calls: int) -> None:
+        """Counts in what a call makes beyond the usual."""
+        if self._draw(_CALLS_OF_A_FRAME) < calls:
+            self.renew()
 
     def renew(self) -> None:
-        """Forgets what was made in the frame, and begins another."""
+        """Forgets what the present thread made in its frame, and begins another."""
         self._pop()
         self._push()
+        calls = self._draw(2 * _CALLS_OF_A_FRAME) if self._thread.env else 0
+        self.room = itertools.repeat(None, calls)
 
     @contextlib.contextmanager
     def scope(self) -> Iterator[None]:
         """A frame within the present one."""
-        outer = self._env, self.room
-        self._env = None
+        outer = self._thread.env
+        self._thread.env = None
         self._push()
         try:
             yield
         finally:
             self._pop()
-            self._env, self.room = outer
+            self._thread.env = outer
 
     @contextlib.contextmanager
     def attachment(self) -> Iterator[None]:
@@ -113,11 +115,9 @@ class Frames(threading.local):
         if machine:
             _call(machine, _ATTACH_CURRENT_THREAD, ctypes.byref(env), None)
         if env.value and _call(env.value, _PUSH_LOCAL_FRAME, _REFERENCES_OF_A_FRAME) == 0:
-            self._env = env.value
-            self.room = itertools.repeat(None, _CALLS_OF_A_FRAME)
+            self._thread.env = env.value
 
     def _pop(self) -> None:
-        if self._env is not None and self._env == self._present_env():
-            _call(self._env, _POP_LOCAL_FRAME, None)
-        self._env = None
-        self.room = iter(())
+        if self._thread.env is not None and self._thread.env == self._present_env():
+            _call(self._thread.env, _POP_LOCAL_FRAME, None)
+        self._thread.env = None

@@ -69,9 +69,9 @@ class Library:
         ``arguments`` are those before the buffer: ``grid.text(grid.peach_nextFile, run)``.
         """
         frames = self._frames
-        try:
-            next(frames.room)
-        except StopIteration:
+        for _ in frames.room:
+            break
+        else:
             frames.renew()
         buffer, size = self._answer.parts
         size.value = _CAPACITY
@@ -82,7 +82,7 @@ class Library:
         if status != _OK:
             raise self._error(status)
         if size.value > LONG:
-            frames.take_long(size.value)
+            frames.take(size.value // LONG)
         return decode(buffer.value) if size.value else ""
 
     def list(self, function: Callable[..., int], *arguments: Any) -> List[str]:
