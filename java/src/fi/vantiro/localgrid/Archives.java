@@ -1,5 +1,6 @@
 package fi.vantiro.localgrid;
 
+import java.io.BufferedOutputStream;
 import java.io.IOException;
 import java.io.InputStream;
 import java.nio.file.Files;
@@ -40,10 +41,15 @@ final class Archives {
         }
     }
 
+    /** Every number in an archive is written byte by byte. */
+    private static ZipOutputStream writer(Path file) throws IOException {
+        return new ZipOutputStream(new BufferedOutputStream(Files.newOutputStream(file)));
+    }
+
     /** Packs the named files below the root. */
     static void pack(Path archive, Path root, Collection<String> names) throws IOException {
         replace(archive, part -> {
-            try (ZipOutputStream zip = new ZipOutputStream(Files.newOutputStream(part))) {
+            try (ZipOutputStream zip = writer(part)) {
                 for (String name : names) {
                     ZipEntry entry = new ZipEntry(name);
                     FileMode.write(root.resolve(name), entry);
@@ -57,7 +63,7 @@ final class Archives {
     /** Packs the contents of several archives, each below a directory of its own. */
     static void merge(Path archive, Map<String, Path> parts) throws IOException {
         replace(archive, file -> {
-            try (ZipOutputStream zip = new ZipOutputStream(Files.newOutputStream(file))) {
+            try (ZipOutputStream zip = writer(file)) {
                 for (Map.Entry<String, Path> part : parts.entrySet()) {
                     append(zip, part.getKey(), part.getValue());
                 }
