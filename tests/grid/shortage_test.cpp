@@ -60,19 +60,31 @@ TEST_F(Shortage, OfMemoryInAJobEndsThatJob) {
 
 TEST_F(Shortage, OfMemoryEndsWhenWhatFilledItIsRemoved) {
   start_with("-Xmx16m");
-  const int waited = project();
-  vantiro_createProjectJobs(waited, 1,
-                            ("while ! [ -e " + path("go") + " ]; do sleep 0.02; done").c_str());
+  const int waited = project(), held = project();
+  const auto until = [&](const char *file) {
+    return "while ! [ -e " + path(file) + " ]; do sleep 0.02; done; ";
+  };
+  vantiro_createProjectJobs(waited, 1, until("go").c_str());
+  vantiro_createProjectJobs(held, 1, (until("full") + "touch " + path("ending")).c_str());
   ASSERT_EQ(start(waited), 0) << last_error();
+  ASSERT_EQ(start(held), 0) << last_error();
   int completion = 1;
   std::thread waiter([&] { completion = vantiro_waitCompletion(waited); });
   const int large = project();
   detached([&] {
-    const std::string text(2000, 'x');
-    while (vantiro_createJob(large, 2, "true", text.c_str()) > 0) continue;
+    for (const std::size_t size : {2000, 1}) {
+      const std::string text(size, 'x');
+      while (vantiro_createJob(large, 2, "true", text.c_str()) > 0) continue;
+    }
     start(large);
+    // This one ends when there is no memory to take note of it.
+    write("full", "");
+    while (!fs::exists(path("ending"))) usleep(1000);
+    usleep(500'000);
   });
   detached([&] { EXPECT_EQ(vantiro_removeProject(large), 0); });
+  vantiro_waitCompletion(held);  // its results may be lost for want of memory, its end may not
+  EXPECT_EQ(vantiro_isJobCompleted(held, 1), 1);
   write("go", "");
   waiter.join();
   EXPECT_EQ(completion, 0);

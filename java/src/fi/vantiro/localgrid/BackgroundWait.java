@@ -36,6 +36,15 @@ public final class BackgroundWait {
         return thread != null && thread.isAlive();
     }
 
+    private boolean isDownloaded() throws GridException, IOException {
+        try {
+            project.results().downloadNew();
+            return true;
+        } catch (OutOfMemoryError e) {
+            return false;
+        }
+    }
+
     private void follow() {
         try {
             int ended = 0;
@@ -43,7 +52,9 @@ public final class BackgroundWait {
             while (!last) {
                 ended = project.jobs().awaitEnded(ended);
                 last = project.jobs().isCompleted();
-                project.results().downloadNew();
+                while (!isDownloaded()) {
+                    GridThreads.awaitMemory();
+                }
             }
         } catch (IOException e) {
             project.report("cannot download its results", e);

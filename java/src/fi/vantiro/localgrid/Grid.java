@@ -89,12 +89,11 @@ public final class Grid {
     /** Stops a project, deletes its files and forgets it. */
     public void removeProject(int handle) throws GridException, IOException, InterruptedException {
         Project project = project(handle);
-        if (!HANDLES.remove(handle)) {
-            return;
-        }
         project.backgroundWait().stopIfWaiting();
         project.remove();
         HANDLES.all(Session.class).forEach(session -> session.projects().remove(project));
+        // Last, so that a removal that failed can be repeated.
+        HANDLES.remove(handle);
     }
 
     /** Starts the description of a parallel-each run. */

@@ -27,6 +27,8 @@ final class Keeper {
     private static final int MAX_ANSWER = 512;
     private static final int PATIENCE_SECONDS = 15;
     private static final Set<Keeper> RUNNING = ConcurrentHashMap.newKeySet();
+    /** Here, since in a full heap its class could not be loaded when it is needed. */
+    private static final JobOutcome UNKEPT = JobOutcome.UNKEPT;
     /** From then on nobody is told anything: that jobs end now is no failure of theirs. */
     private static volatile boolean programEnds;
 
@@ -241,7 +243,7 @@ final class Keeper {
         holdIfProgramEnds();
         try {
             for (Map.Entry<Integer, Client> client : clients.entrySet()) {
-                client.getValue().ended(JobOutcome.UNKEPT);
+                client.getValue().ended(UNKEPT);
                 clients.remove(client.getKey());
             }
             return true;

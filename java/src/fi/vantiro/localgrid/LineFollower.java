@@ -9,14 +9,18 @@ import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
 import java.util.function.Consumer;
 
-/** Hands on the lines of a file while another process writes it. */
+/**
+ * Hands on the lines of a file while another process writes it. What fails, as it may in a full
+ * heap, can be tried again, and no byte is lost or read twice.
+ */
 final class LineFollower {
     /** A longer line is handed on in pieces, so that no output can fill the memory. */
     private static final int MAX_LINE = 1 << 16;
 
     private final Path path;
     private final Consumer<String> lines;
-    private final ByteBuffer buffer = ByteBuffer.allocate(1 << 13);
+    /** What was read and is not kept or handed on yet. */
+    private final ByteBuffer buffer = (ByteBuffer) ByteBuffer.allocate(1 << 13).limit(0);
     private final ByteArrayOutputStream line = new ByteArrayOutputStream();
     private FileChannel file;
 
@@ -30,18 +34,29 @@ final class LineFollower {
         if (file == null && !open()) {
             return;
         }
-        while (file.read(buffer) > 0) {
-            buffer.flip();
+        do {
             while (buffer.hasRemaining()) {
-                byte next = buffer.get();
-                if (next != '\n') {
-                    line.write(next);
-                }
-                if (next == '\n' || line.size() == MAX_LINE) {
-                    deliver();
-                }
+                take(buffer.get(buffer.position()));
+                buffer.get();
             }
-            buffer.clear();
+        } while (isFilled());
+    }
+
+    private boolean isFilled() throws IOException {
+        buffer.clear();
+        try {
+            return file.read(buffer) > 0;
+        } finally {
+            buffer.flip();
+        }
+    }
+
+    private void take(byte next) {
+        if (next == '\n' || line.size() == MAX_LINE) {
+            deliver();
+        }
+        if (next != '\n') {
+            line.write(next);
         }
     }
 
@@ -68,7 +83,7 @@ final class LineFollower {
 
     private void deliver() {
         String text = new String(line.toByteArray(), StandardCharsets.UTF_8);
-        line.reset();
         lines.accept(text);
+        line.reset();
     }
 }

@@ -32,21 +32,32 @@ final class LineFollowers {
 
     private void follow() {
         try {
-            for (List<LineFollower> present = present(); !present.isEmpty(); present = present()) {
-                for (LineFollower follower : present) {
-                    poll(follower);
-                }
+            while (hasFollowed()) {
+                continue;
             }
         } catch (InterruptedException e) {
             Thread.currentThread().interrupt();
         }
     }
 
+    /** False when there is nothing more to follow. */
+    private boolean hasFollowed() throws InterruptedException {
+        try {
+            List<LineFollower> present = present();
+            present.forEach(LineFollowers::poll);
+            return !present.isEmpty();
+        } catch (OutOfMemoryError e) {
+            GridThreads.awaitMemory();
+            return true;
+        }
+    }
+
     /** Those to look after now; when there has been none for a while, the thread ends. */
     private synchronized List<LineFollower> present() throws InterruptedException {
         wait(followers.isEmpty() ? LINGER_MS : POLL_MS);
-        running = !followers.isEmpty();
-        return new ArrayList<>(followers);
+        List<LineFollower> present = new ArrayList<>(followers);
+        running = !present.isEmpty();
+        return present;
     }
 
     private static void poll(LineFollower follower) {
