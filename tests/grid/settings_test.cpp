@@ -78,6 +78,22 @@ TEST_F(Settings, OfAUserWithoutANameComeFromTheEnvironment) {
   EXPECT_TRUE(fs::exists(path("user/.vantiro-grid/projects")));
 }
 
+TEST_F(Settings, OfItsCallerDoNotServeASetUserIdProgram) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can become such a program";
+  setenv("VANTIRO_SETTINGS", "named", 1);
+  write("vantiro.properties", "user.login=default");
+  ASSERT_EQ(setresuid(65534, 0, 0), 0);
+  EXPECT_EQ(vantiro_init(), 0) << last_error();
+  EXPECT_EQ(text_of(vantiro_getUserLogin), "nobody");
+  ASSERT_EQ(vantiro_initFile("named"), 0) << last_error();
+  const int project = vantiro_createEmptyProject(vantiro_open(), 0, "p");
+  vantiro_markAllJobsCreated(project);
+  EXPECT_EQ(vantiro_startProject(project), -4);
+  EXPECT_TRUE(contains(last_error(), "set-user-id")) << last_error();
+  ASSERT_EQ(setresuid(0, 0, 0), 0);
+  EXPECT_EQ(vantiro_startProject(project), 0) << last_error();
+}
+
 TEST_F(Settings, AskForAHomeThatNobodyHas) {
   unsetenv("VANTIRO_SETTINGS");
   setenv("_JAVA_OPTIONS", "-Duser.home=?", 1);

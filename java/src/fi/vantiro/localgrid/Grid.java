@@ -258,6 +258,11 @@ public final class Grid {
     /** The keeper of this grid's jobs, started when it is first needed or when it was ended. */
     synchronized Keeper keeper() throws GridException, IOException {
         if (keeper == null || keeper.isGone()) {
+            if (Rights.areBorrowed()) {
+                throw new GridException(Status.WRONG_STATE,
+                        "a set-user-id program runs no jobs: they would have its rights, in its "
+                                + "caller's environment; give the rights up first (setresuid)");
+            }
             keeper = Keeper.start(ownerLock(), settings.jobCancelWait);
         }
         return keeper;

@@ -90,15 +90,21 @@ public final class Settings {
         }
     }
 
-    /** The settings of the file that the environment names, of the default file, or none. */
+    /**
+     * The settings of the file that the environment names, of the default file, or none. Whoever
+     * calls a set-user-id program chooses both, and so they are not for it.
+     */
     public static Settings load() throws GridException {
+        if (Rights.areBorrowed()) {
+            return defaults();
+        }
         boolean absent = Files.notExists(Arguments.path(DEFAULT_FILE), LinkOption.NOFOLLOW_LINKS);
         return checked(
                 absent || named() ? surroundings(null) : unlocked(read(DEFAULT_FILE, ""), null));
     }
 
     private static boolean named() {
-        return !Arguments.isEmpty(System.getenv(VARIABLE));
+        return !Arguments.isEmpty(System.getenv(VARIABLE)) && !Rights.areBorrowed();
     }
 
     /** The values of the file that the environment names. */
