@@ -4,7 +4,6 @@ import json
 import os
 import re
 import resource
-import shutil
 import statistics
 import subprocess
 import sys
@@ -44,9 +43,10 @@ def show_lines(text):
         show(json.loads(line))
 
 
-def show_pairs(kind, name, pairs, unit):
-    low, middle, high = statistics.quantiles((a / b for a, b in pairs), n=4)
-    show({"set": kind, "name": name, "unit": unit, "ratio": middle, "low": low, "high": high,
+def show_pairs(kind, name, pairs, unit, **more):
+    ratios = [a / b for a, b in pairs]
+    low, middle, high = statistics.quantiles(ratios, n=4) if len(ratios) > 1 else 3 * ratios
+    show({**more, "set": kind, "name": name, "unit": unit, "ratio": middle, "low": low, "high": high,
           "pairs": len(pairs), "ours": statistics.median(a for a, _ in pairs),
           "theirs": statistics.median(b for _, b in pairs)})
 
@@ -107,11 +107,31 @@ def alternatives():
     show_pairs("jpype", "start", pairs, "ms")
 
 
-def seconds_of(command, directory):
-    begin = time.perf_counter()
-    subprocess.run(["sh", "-c", command], check=True, cwd=directory, stdout=subprocess.DEVNULL,
-                   stderr=subprocess.DEVNULL)
-    return time.perf_counter() - begin
+def at_rest(measure):
+    """On a disk at rest: for some seconds a file system does not use again what was deleted, and
+    takes longer to find room for new files."""
+    if not options.quick:
+        time.sleep(6)
+    with tempfile.TemporaryDirectory(ignore_cleanup_errors=True) as directory:
+        return measure(directory)
+
+
+def ms_a_job(jobs, command):
+    def measure(directory):
+        begin = time.perf_counter()
+        subprocess.run(["sh", "-c", f"seq {jobs} | {command}"], check=True, cwd=directory,
+                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        return 1000 * (time.perf_counter() - begin) / jobs
+
+    return at_rest(measure)
+
+
+def by_the_grid(kind, jobs, at_once):
+    """Milliseconds for a job by what was done, and the memory that the program had at most."""
+    steps = at_rest(lambda home: json.loads(
+        output(f"{bench}/grid", kind, str(jobs), str(at_once), home)))
+    return {name: 1000 * figure / jobs for name, figure in steps.items() if name != "memory"}, \
+        steps["memory"]
 
 
 def grid():
@@ -119,28 +139,25 @@ def grid():
     sizes = [int(n) for n in options.jobs.split(",") if n] or (
         [100, 500] if options.quick else [500, 2000, 10000])
     for jobs in sizes:
-        # Rates are in milliseconds for a job, everything from describing to listing included.
-        with tempfile.TemporaryDirectory() as directory:
-            xargs = seconds_of(f"seq {jobs} | xargs -n 1 -P {at_once} echo", directory)
-            parallel = None
-            if jobs <= 10000:
-                parallel = seconds_of(
-                    f"seq {jobs} | parallel -j {at_once} --results all echo", directory)
-        for kind in ("project", "peach"):
-            home = tempfile.mkdtemp()
-            try:
-                step = json.loads(output(f"{bench}/grid", kind, str(jobs), str(at_once), home))
-            finally:
-                shutil.rmtree(home, ignore_errors=True)
-            total = sum(step[name] for name in ("describing", "running", "listing", "downloading"))
-            row = {"set": kind, "name": f"{jobs} jobs", "unit": "ms a job", "jobs": jobs,
-                   "ours": 1000 * total / jobs, "running": 1000 * step["running"] / jobs,
-                   "memory": step["memory"], "xargs": 1000 * xargs / jobs}
-            if parallel:
-                row.update(theirs=1000 * parallel / jobs, ratio=total / parallel)
-            show(row)
-            print(f"{'':10}running {jobs / step['running']:.0f} jobs a second, peak memory "
-                  f"{step['memory']} MB; xargs {jobs / xargs:.0f} jobs a second", flush=True)
+        pairs = {"project": [], "peach": []}
+        running = {"project": [], "peach": []}
+        memory = {}
+        xargs = []
+        for _ in range(1 if options.quick else max(1, min(5, 6000 // jobs))):
+            xargs.append(ms_a_job(jobs, f"xargs -n 1 -P {at_once} echo"))
+            parallel = ms_a_job(jobs, f"parallel -j {at_once} --results all echo")
+            for kind in pairs:
+                steps, memory[kind] = by_the_grid(kind, jobs, at_once)
+                # Everything counts, from describing to downloading.
+                pairs[kind].append((sum(steps.values()), parallel))
+                running[kind].append(steps["running"])
+        for kind in pairs:
+            show_pairs(kind, f"{jobs} jobs", pairs[kind], "ms a job", jobs=jobs,
+                       running=statistics.median(running[kind]), memory=memory[kind],
+                       xargs=statistics.median(xargs))
+            print(f"{'':10}running {1000 / statistics.median(running[kind]):.0f} jobs a second, "
+                  f"peak memory {memory[kind]} MB; xargs {1000 / statistics.median(xargs):.0f} "
+                  "jobs a second", flush=True)
 
 
 print(f"{'set':9} {'what':34} {'ours':>13} {'theirs':>13} {'unit':9}{'ratio':>8} quartiles")

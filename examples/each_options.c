@@ -68,6 +68,10 @@ static void read_lines(struct options *options) {
     if (line[length - 1] == '\n') line[length - 1] = '\0';
     add_input(options, line);
   }
+  if (ferror(stdin)) {
+    perror("peach_each: cannot read the inputs");
+    exit(2);
+  }
   free(line);
 }
 

@@ -50,3 +50,9 @@ void require(const char *tried, int status, int run) {
   explain(tried, status, run);
   exit(EXIT_FAILURE);
 }
+
+int printed(void) {
+  if (fflush(stdout) == 0 && !ferror(stdout)) return EXIT_SUCCESS;
+  perror("standard output");
+  return EXIT_FAILURE;
+}

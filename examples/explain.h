@@ -11,4 +11,10 @@ void explain(const char *tried, int status, int run);
 /* As explain(), and then ends the program with exit status 1, when `status` is a failure. */
 void require(const char *tried, int status, int run);
 
+/*
+ * What a program ends with that has printed all it had to: EXIT_SUCCESS when it has arrived, else a
+ * message and EXIT_FAILURE.
+ */
+int printed(void);
+
 #endif

@@ -84,5 +84,5 @@ int main(int count, char **arguments) {
   }
   require("removeProject", vantiro_removeProject(project), 0);
   require("unload", vantiro_unload(1), 0);
-  return 0;
+  return printed();
 }

@@ -8,6 +8,7 @@
  */
 #define _XOPEN_SOURCE 700
 
+#include <fcntl.h>
 #include <jni.h>
 #include <limits.h>
 #include <stdio.h>
@@ -142,8 +143,19 @@ static int describe_run(const struct options *options) {
   return run;
 }
 
+/* What is printed must not get into a file that the Java machine opens in the place of a closed
+ * one. */
+static void open_standard_files(void) {
+  int file;
+  do {
+    file = open("/dev/null", O_RDWR);
+  } while (file >= 0 && file <= STDERR_FILENO);
+  close(file);
+}
+
 int main(int argc, char **argv) {
   static struct options options;
+  open_standard_files();
   read_options(argc, argv, &options);
   if (options.count == 0) return EXIT_SUCCESS;
 
@@ -161,6 +173,5 @@ int main(int argc, char **argv) {
   progress_finish();
   if (status < 0) explain("the run", status, run);
   require("done", vantiro_peach_done(run), 0);
-  fflush(stdout);
-  return status < 0 ? EXIT_FAILURE : EXIT_SUCCESS;
+  return printed() == EXIT_SUCCESS && status >= 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

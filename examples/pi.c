@@ -124,5 +124,5 @@ int main(int argc, char **argv) {
   printf("  Java runtime  %s %s, %s bits\n", property("java.vm.name", machine),
          property("java.version", version), property("sun.arch.data.model", bits));
   printf("  time          %.1f seconds\n", now() - start);
-  return EXIT_SUCCESS;
+  return printed();
 }

@@ -126,5 +126,5 @@ int main(int argc, char **argv) {
   require("removeProject", vantiro_removeProject(project), 0);
   require("close", vantiro_close(session), 0);
   require("unload", vantiro_unload(0), 0);
-  return EXIT_SUCCESS;
+  return printed();
 }

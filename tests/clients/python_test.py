@@ -60,6 +60,7 @@ class Started(unittest.TestCase):
         self.addCleanup(home.cleanup)
         path = pathlib.Path(home.name)
         grid.check(grid.initWithoutFile(path, LONG, None, None, 0, "OFF", None, 0, 0, None, None))
+        self.addCleanup(grid.unload2, 1, 1)
         self.project = grid.check(grid.createProject(grid.open(), 0, "n\0n", ["a=é€😀", b"b=2"]))
         self.peach = grid.check(grid.peach_handle())
 

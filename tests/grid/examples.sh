@@ -79,6 +79,10 @@ case $2 in
     run 2 "$examples/peach_each" --input absent -- true
     expect err 'cannot read absent: No such file'
     run 2 "$examples/peach_each" --jobs none true
+    seq 2 | "$examples/peach_each" echo >/dev/full 2>err && fail "a full disk was not seen"
+    expect err 'standard output: No space left'
+    run 2 "$examples/peach_each" cat </
+    expect err 'cannot read the inputs'
     run 2 "$examples/peach_each"
     expect err 'there is no command'
     run 0 "$examples/peach_each" --help

@@ -123,6 +123,7 @@ int main(int argc, char **argv) {
   try {
     const Scratch scratch;
     estimate(scratch.path(), samples);
+    if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
   } catch (const std::exception &problem) {
     std::cerr << "pi_cpp: " << problem.what() << '\n';
     return 1;
