@@ -143,7 +143,7 @@ def grid():
         running = {"project": [], "peach": []}
         memory = {}
         xargs = []
-        for _ in range(1 if options.quick else max(1, min(5, 6000 // jobs))):
+        for _ in range(1 if options.quick else max(1, min(5, 10000 // jobs))):
             xargs.append(ms_a_job(jobs, f"xargs -n 1 -P {at_once} echo"))
             parallel = ms_a_job(jobs, f"parallel -j {at_once} --results all echo")
             for kind in pairs:

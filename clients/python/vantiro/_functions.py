@@ -88,7 +88,7 @@ class _Makers:
 
     def _encode(self, text: Text) -> Optional[bytes]:
         data = encode(text)
-        if data is not None:
+        if data is not None and len(data) >= LONG:
             self._frames.take(len(data) // LONG)
         return data
 

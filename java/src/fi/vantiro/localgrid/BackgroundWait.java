@@ -52,7 +52,7 @@ public final class BackgroundWait {
             while (!last) {
                 ended = project.jobs().awaitEnded(ended);
                 last = project.jobs().isCompleted();
-                while (!isDownloaded()) {
+                while (!isDownloaded() && !Thread.currentThread().isInterrupted()) {
                     GridThreads.awaitMemory();
                 }
             }
