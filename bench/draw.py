@@ -37,7 +37,8 @@ def bars(axes, chosen, goal, title, limits=None):
     axes.set_yticks(range(len(shown)), [row["name"] for row in shown])
     axes.set_ylim(len(shown) - 0.5, -0.5)
     if limits:
-        axes.set_xlim(*limits)
+        ratios = [row["ratio"] for row in shown]
+        axes.set_xlim(min(limits[0], min(ratios) - 0.02), max(limits[1], max(ratios) + 0.02))
     axes.set_title(title)
     axes.set_xlabel("time by the library / time by hand")
     axes.legend(loc="lower right")
