@@ -260,8 +260,8 @@ public final class Grid {
         if (keeper == null || keeper.isGone()) {
             if (Rights.areBorrowed()) {
                 throw new GridException(Status.WRONG_STATE,
-                        "a set-user-id program runs no jobs: they would have its rights, in its "
-                                + "caller's environment; give the rights up first (setresuid)");
+                        "a set-user-id or set-group-id program runs no jobs: they would have its "
+                                + "rights, in its caller's environment; give the rights up first");
             }
             keeper = Keeper.start(ownerLock(), settings.jobCancelWait);
         }
