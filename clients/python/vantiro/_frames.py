@@ -2,7 +2,7 @@
 
 Each string that goes in or comes out is a Java reference of the calling thread. Java keeps it until
 the thread detaches, or until the frame in which it was made is popped. To push and pop a frame for
-each call would cost more than the call, so a frame takes many calls, and is renewed when it is full.
+each call would cost more than the call, so a frame takes many calls: a thousand on average.
 
 The functions for it stand in tables of pointers that the Java machine and the thread's environment
 begin with. The Java Native Interface fixes the positions in them for all versions.
