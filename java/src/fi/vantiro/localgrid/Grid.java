@@ -1,5 +1,23 @@
 package fi.vantiro.localgrid;
 
+import fi.vantiro.localgrid.base.Arguments;
+import fi.vantiro.localgrid.base.Changes;
+import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.GridThreads;
+import fi.vantiro.localgrid.base.HandleTable;
+import fi.vantiro.localgrid.base.LastError;
+import fi.vantiro.localgrid.base.Log;
+import fi.vantiro.localgrid.base.Rights;
+import fi.vantiro.localgrid.base.Status;
+import fi.vantiro.localgrid.bundle.BundleStore;
+import fi.vantiro.localgrid.home.GridHome;
+import fi.vantiro.localgrid.job.Scheduler;
+import fi.vantiro.localgrid.peach.PeachRun;
+import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.project.Project;
+import fi.vantiro.localgrid.project.Session;
+import fi.vantiro.localgrid.settings.Plugins;
+import fi.vantiro.localgrid.settings.Settings;
 import fi.vantiro.user.VantiroManagerPlugin;
 import java.io.IOException;
 import java.nio.file.Path;
@@ -109,7 +127,7 @@ public final class Grid {
         return HANDLES.get(handle, PeachRun.class, "peach");
     }
 
-    void forget(PeachRun run, boolean withProject)
+    public void forget(PeachRun run, boolean withProject)
             throws GridException, IOException, InterruptedException {
         HANDLES.remove(run.handle());
         if (withProject && HANDLES.find(run.projectHandle(), Project.class) != null) {
@@ -256,7 +274,7 @@ public final class Grid {
     }
 
     /** The keeper of this grid's jobs, started when it is first needed or when it was ended. */
-    synchronized Keeper keeper() throws GridException, IOException {
+    public synchronized Keeper keeper() throws GridException, IOException {
         if (keeper == null || keeper.isGone()) {
             if (Rights.areBorrowed()) {
                 throw new GridException(Status.WRONG_STATE,
@@ -269,15 +287,15 @@ public final class Grid {
     }
 
     /** The keeper where a launcher finds it: beside the jobs, on whatever machine that is. */
-    Path farKeeper() throws GridException, IOException {
+    public Path farKeeper() throws GridException, IOException {
         return settings.jobLauncher.isEmpty() ? Keeper.program() : Keeper.programIn(settings.home);
     }
 
-    Path ownerLock() throws GridException, IOException {
+    public Path ownerLock() throws GridException, IOException {
         return home.ownerLock();
     }
 
-    Settings settings() {
+    public Settings settings() {
         return settings;
     }
 
@@ -285,19 +303,19 @@ public final class Grid {
         return errors;
     }
 
-    GridHome home() {
+    public GridHome home() {
         return home;
     }
 
-    BundleStore bundles() {
+    public BundleStore bundles() {
         return bundles;
     }
 
-    Scheduler scheduler() {
+    public Scheduler scheduler() {
         return scheduler;
     }
 
-    Changes changes() {
+    public Changes changes() {
         return changes;
     }
 }

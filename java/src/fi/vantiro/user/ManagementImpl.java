@@ -1,15 +1,15 @@
 package fi.vantiro.user;
 
-import fi.vantiro.localgrid.Arguments;
-import fi.vantiro.localgrid.BundleArchive;
-import fi.vantiro.localgrid.BundleInfo;
 import fi.vantiro.localgrid.Grid;
-import fi.vantiro.localgrid.GridException;
-import fi.vantiro.localgrid.LastError;
-import fi.vantiro.localgrid.Project;
-import fi.vantiro.localgrid.Results;
-import fi.vantiro.localgrid.Settings;
-import fi.vantiro.localgrid.Status;
+import fi.vantiro.localgrid.base.Arguments;
+import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.LastError;
+import fi.vantiro.localgrid.base.Status;
+import fi.vantiro.localgrid.bundle.BundleArchive;
+import fi.vantiro.localgrid.bundle.BundleInfo;
+import fi.vantiro.localgrid.project.Project;
+import fi.vantiro.localgrid.project.Results;
+import fi.vantiro.localgrid.settings.Settings;
 import java.util.ArrayList;
 import java.util.Arrays;
 import java.util.HashMap;

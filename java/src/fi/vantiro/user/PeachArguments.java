@@ -1,6 +1,6 @@
 package fi.vantiro.user;
 
-import fi.vantiro.localgrid.Arguments;
+import fi.vantiro.localgrid.base.Arguments;
 import java.lang.reflect.InvocationTargetException;
 import java.lang.reflect.Method;
 import java.util.Arrays;

@@ -1,14 +1,14 @@
 package fi.vantiro.user;
 
-import static fi.vantiro.localgrid.Arguments.orEmpty;
-import static fi.vantiro.localgrid.Arguments.path;
-import static fi.vantiro.localgrid.Arguments.required;
+import static fi.vantiro.localgrid.base.Arguments.orEmpty;
+import static fi.vantiro.localgrid.base.Arguments.path;
+import static fi.vantiro.localgrid.base.Arguments.required;
 
 import fi.vantiro.localgrid.Grid;
-import fi.vantiro.localgrid.GridException;
-import fi.vantiro.localgrid.InputFile;
-import fi.vantiro.localgrid.PeachDescription;
-import fi.vantiro.localgrid.PeachRun;
+import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.peach.InputFile;
+import fi.vantiro.localgrid.peach.PeachDescription;
+import fi.vantiro.localgrid.peach.PeachRun;
 import java.io.IOException;
 import java.nio.file.Path;
 import java.util.function.Consumer;

@@ -1,0 +1,322 @@
+package fi.vantiro.localgrid.peach;
+
+import fi.vantiro.localgrid.Grid;
+import fi.vantiro.localgrid.base.Changes;
+import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.GridThreads;
+import fi.vantiro.localgrid.base.LastError;
+import fi.vantiro.localgrid.base.Log;
+import fi.vantiro.localgrid.base.Status;
+import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.home.StateDirectory;
+import fi.vantiro.localgrid.job.Job;
+import fi.vantiro.localgrid.job.JobHooks;
+import fi.vantiro.localgrid.job.WorkDirectory;
+import fi.vantiro.localgrid.project.Project;
+import fi.vantiro.localgrid.project.Results;
+import java.io.IOException;
+import java.nio.file.Path;
+import java.util.ArrayList;
+import java.util.Arrays;
+import java.util.Collection;
+import java.util.List;
+import java.util.Map;
+import java.util.function.Consumer;
+import java.util.logging.Level;
+import java.util.logging.Logger;
+
+/** One parallel-each run: a project whose jobs all run the same executable. */
+public final class PeachRun implements JobHooks {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+
+    private enum Phase { DESCRIBED, EXECUTING, ENDED }
+
+    private final int handle;
+    private final Grid grid;
+    private final Project project;
+    private final PeachDescription description = new PeachDescription();
+    private final PeachFiles files = new PeachFiles();
+    private final LastError errors = new LastError();
+    private volatile Consumer<String> handler;
+
+    private Phase phase = Phase.DESCRIBED;
+    private boolean failed;
+    private volatile boolean sourcesChanged;
+    private StateDirectory state;
+    private PeachInputs inputs;
+    private int jobsEnded;
+
+    public PeachRun(int handle, Grid grid, Project project) {
+        this.handle = handle;
+        this.grid = grid;
+        this.project = project;
+        project.setHooks(this);
+    }
+
+    /** Changes the description, which is fixed once the run executes. */
+    public synchronized void configure(Consumer<PeachDescription> change) {
+        if (phase != Phase.DESCRIBED) {
+            throw new IllegalStateException("peach run " + handle + " was executed already");
+        }
+        change.accept(description);
+    }
+
+    /** Sends each line that a job writes to a receiver, as "job:line". */
+    public void setHandler(Consumer<String> receiver) {
+        handler = receiver;
+    }
+
+    public int handle() {
+        return handle;
+    }
+
+    public int projectHandle() {
+        return project.handle();
+    }
+
+    public int projectId() {
+        return project.info().id();
+    }
+
+    public void setProjectId(int id) throws GridException, IOException, InterruptedException {
+        project.setId(id);
+    }
+
+    /** The failures of this run. */
+    public LastError errors() {
+        return errors;
+    }
+
+    /** Whether the sources differ from those of the last run with the same state directory. */
+    public synchronized boolean sourcesChanged() throws GridException, IOException {
+        return phase == Phase.DESCRIBED ? sources().changed() : sourcesChanged;
+    }
+
+    private PeachSources sources() throws GridException, IOException {
+        return new PeachSources(stateDir(), description.sources, description.sourceExtras);
+    }
+
+    private Path stateDir() {
+        return description.stateDir == null ? project.directory().state() : description.stateDir;
+    }
+
+    /** Runs all jobs to their end; an exception when some failed and that is not allowed. */
+    public void execute() throws GridException, IOException, InterruptedException {
+        synchronized (this) {
+            if (phase != Phase.DESCRIBED) {
+                throw new GridException(
+                        Status.WRONG_STATE, "peach run " + handle + " was executed already");
+            }
+            phase = Phase.EXECUTING;
+        }
+        boolean succeeded = false;
+        try {
+            prepare();
+            project.jobs().start();
+            awaitJobs();
+            if (description.resultFile != null) {
+                project.results().merge(description.resultFile);
+            }
+            succeeded = true;
+        } finally {
+            finish(succeeded);
+        }
+    }
+
+    private void prepare() throws GridException, IOException {
+        inputs = new PeachInputs(description);
+        inputs.check();
+        chooseBundles();
+        if (description.executable.isEmpty()) {
+            throw new GridException(Status.WRONG_STATE, "no executable is set");
+        }
+        project.info().describe(description.name, description.description, description.priority);
+        project.info().putParams(description.projectParams);
+        int jobs = description.jobCount();
+        for (int left = jobs; left > 0; left--) {
+            project.jobs().create(Job.shellLine(description.executable));
+        }
+        project.jobs().markAllCreated();
+        project.keeper();
+        PeachSources sources = sources();
+        state = new StateDirectory(stateDir());
+        state.open(jobs, plainOutputs());
+        sourcesChanged = sources.changed();
+        if (sourcesChanged) {
+            sources.save(state);
+        }
+        inputs.prepare(state);
+        // From here on the run can start: only now what an earlier one left goes.
+        state.removeOutputs();
+    }
+
+    /** The outputs whose names are known before the jobs run. */
+    private List<String> plainOutputs() {
+        List<String> names = new ArrayList<>(description.outputs);
+        names.removeIf(WorkDirectory::isPattern);
+        names.addAll(Arrays.asList(WorkDirectory.STDOUT, WorkDirectory.STDERR));
+        return names;
+    }
+
+    private void chooseBundles() throws GridException, IOException {
+        if (!description.exeBundle.isEmpty() && description.exe.isEmpty()) {
+            project.bundles().use(description.exeBundle);
+            String program = project.bundles().executable();
+            if (description.executable.isEmpty() && !program.isEmpty()) {
+                description.executable = "./" + program;
+            }
+        }
+        for (String name : description.exeImports) {
+            project.bundles().addImport(name);
+        }
+    }
+
+    private void awaitJobs() throws GridException, InterruptedException {
+        say("started");
+        try {
+            project.jobs().awaitCompletion();
+            say("completed");
+        } catch (GridException e) {
+            say(e.getMessage());
+            if (!description.allowPartial) {
+                throw e;
+            }
+            errors.record(e);
+        }
+    }
+
+    private void finish(boolean succeeded) throws IOException, InterruptedException {
+        try {
+            project.jobs().stop();
+        } finally {
+            synchronized (this) {
+                failed = !succeeded;
+                phase = Phase.ENDED;
+                files.release();
+                notifyAll();
+                if (state != null) {
+                    state.close();
+                    inputs.close();
+                }
+            }
+        }
+    }
+
+    private void say(String text) {
+        if (description.messages) {
+            System.err.println("vantiro: " + description.name + ": " + text);
+        }
+    }
+
+    @Override
+    public void prepare(int job, Path directory, Map<String, String> environment)
+            throws IOException {
+        inputs.place(job, directory, environment);
+    }
+
+    @Override
+    public boolean keepsWork(boolean setting) {
+        return description.cleanup == null ? setting : !description.cleanup;
+    }
+
+    @Override
+    public Collection<String> outputs() {
+        return description.outputs;
+    }
+
+    @Override
+    public Consumer<String> lines(int job) {
+        return handler == null ? null : line -> deliver(job + ":" + line);
+    }
+
+    private void deliver(String text) {
+        try {
+            handler.accept(text);
+        } catch (RuntimeException | Error e) {
+            // The receiver is the caller's code; its troubles must not become the run's.
+            LOG.log(Level.WARNING, "the receiver of intermediate results failed", e);
+        }
+    }
+
+    @Override
+    public void ended(Results results, int job, Path directory, Collection<String> outputs,
+            boolean succeeded) throws GridException, IOException {
+        state.take(job, directory, outputs, keepsWork(project.settings().keepWork));
+        List<String> names = new ArrayList<>(outputs);
+        results.add(job, archive -> {
+            state.checkCurrent();
+            Archives.pack(archive, state.outputs(job), names);
+        });
+        List<Path> kept = new ArrayList<>();
+        for (String name : names) {
+            if (isHandedOut(name)) {
+                kept.add(state.outputs(job).resolve(name));
+            }
+        }
+        synchronized (this) {
+            jobsEnded++;
+            say("job " + job + (succeeded ? " completed" : " failed") + ", " + jobsEnded + " of "
+                    + project.jobs().size() + " ended");
+            if (succeeded) {
+                files.hold(job, kept);
+                if (description.stream) {
+                    files.release();
+                }
+            }
+        }
+    }
+
+    private boolean isHandedOut(String name) {
+        boolean isStream = name.equals(WorkDirectory.STDOUT) || name.equals(WorkDirectory.STDERR);
+        return !isStream || description.outputs.isEmpty() || description.outputs.contains(name);
+    }
+
+    /** The next result file, null when there is none (yet). */
+    public synchronized Path nextFile() throws GridException, IOException, InterruptedException {
+        boolean over = phase == Phase.ENDED;
+        Path file = over && failed ? null : files.next();
+        if (file != null) {
+            state.checkCurrent();
+        }
+        if (file == null && over && description.close) {
+            done();
+        }
+        return file;
+    }
+
+    /** Notes that the caller is through with a result file, so that cleaning up removes it. */
+    public void postProcessed(int number) {
+        files.markProcessed(number);
+    }
+
+    /** Ends the run, stopping what still runs, and forgets it. */
+    public void done() throws GridException, IOException, InterruptedException {
+        end(description.remove);
+    }
+
+    /** Ends the run and removes its project, whatever its settings say. */
+    public void discard() throws GridException, IOException, InterruptedException {
+        end(true);
+    }
+
+    private void end(boolean withProject) throws GridException, IOException, InterruptedException {
+        boolean unused;
+        synchronized (this) {
+            if (phase == Phase.EXECUTING && GridThreads.isCurrent()) {
+                throw new GridException(Status.WRONG_STATE,
+                        "peach run " + handle + " cannot be ended by a thread that runs a job");
+            }
+            unused = phase == Phase.DESCRIBED;
+        }
+        project.jobs().stop();
+        synchronized (this) {
+            while (phase == Phase.EXECUTING) {
+                wait();
+            }
+            if (Boolean.TRUE.equals(description.cleanup) && state != null && state.isCurrent()) {
+                files.deleteProcessed();
+            }
+        }
+        grid.forget(this, withProject || unused);
+    }
+}
