@@ -86,7 +86,7 @@ static void __attribute__((noreturn)) fail(const char *what) {
 }
 
 static void redirect(const char *file, int flags, int target) {
-  int descriptor = open(file, O_WRONLY | O_CREAT | O_CLOEXEC | flags, 0666);
+  int descriptor = open(file, O_WRONLY | O_CREAT | O_NOFOLLOW | O_CLOEXEC | flags, 0666);
   if (descriptor < 0 || dup2(descriptor, target) < 0) fail(file);
 }
 
@@ -100,11 +100,8 @@ void job_enter(const struct job *job, pid_t keeper, int signal_at_its_end) {
 }
 
 void job_exec(const struct job *job) {
-  // An input of that name, or a link, must not be written through.
-  unlink("stdout");
-  unlink("stderr");
-  redirect("stdout", O_EXCL, STDOUT_FILENO);
-  redirect("stderr", O_EXCL, STDERR_FILENO);
+  redirect("stdout", 0, STDOUT_FILENO);
+  redirect("stderr", 0, STDERR_FILENO);
   execvp(job->command[0], job->command);
   fail(job->command[0]);
 }

@@ -203,18 +203,59 @@ TEST_F(PeachRun, DeliversEveryLineInTheOrderOfItsJobWhileItRuns) {
   EXPECT_FALSE(fs::exists(path("state/job-1/input")));
 }
 
-TEST_F(PeachRun, MayBeRemovedByItsReceiverWhichMayNotWait) {
-  static int project, waited, removed;
-  const int run = new_run("echo ready; sleep 600", 1);
+TEST_F(PeachRun, DeliversLongLinesInPiecesThatJoinToTheLine) {
+  static std::vector<std::string> pieces;
+  // The first line is as long as a piece, the second cannot be cut at just any byte.
+  const int run = new_run(
+      "head -c 65536 /dev/zero | tr '\\0' x; echo; "
+      "echo a$(yes \xe2\x82\xac | head -n 60000 | tr -d '\\n')",
+      1);
+  vantiro_peach_setIntermediateResultHandler(run, [](const char *text) { pieces.push_back(text); });
+  ASSERT_EQ(vantiro_peach_execute(run), 0) << last_error();
+  std::vector<std::string> lines(1);
+  for (const std::string &piece : pieces) {
+    lines.back() += piece.substr(2);
+    if (piece[1] == ':') lines.emplace_back();
+  }
+  std::string euros = "a";
+  for (int i = 0; i < 60000; ++i) euros += "\xe2\x82\xac";
+  EXPECT_EQ(pieces.size(), 4U);
+  EXPECT_TRUE(lines == (std::vector<std::string>{std::string(65536, 'x'), euros, ""}));
+}
+
+TEST_F(PeachRun, FollowsWhatTheJobWasGivenAndNotWhatItPutsThere) {
+  for (const char *thing : {"mkfifo stdout", "ln -s /dev/zero stdout", "mkdir stdout"}) {
+    const int run =
+        new_run((std::string("echo line; rm stdout; ") + thing + "; sleep 0.1").c_str(), 2);
+    static int lines;
+    lines = 0;
+    vantiro_peach_setIntermediateResultHandler(run, [](const char *) { ++lines; });
+    vantiro_peach_setAllowPartial(run, 1);
+    EXPECT_EQ(vantiro_peach_execute(run), 0) << last_error();
+    EXPECT_EQ(lines, 2) << thing;
+    EXPECT_EQ(vantiro_peach_done(run), 0);
+  }
+}
+
+TEST_F(PeachRun, CallsItsReceiverOnTheThreadThatExecutesIt) {
+  static int run, project, inner, ended, removed;
+  static std::vector<std::thread::id> threads;
+  run = new_run("echo ready; sleep 600", 1);
   project = vantiro_peach_getProjectHandle(run);
   vantiro_peach_setIntermediateResultHandler(run, [](const char *) {
-    waited = vantiro_waitCompletion(project);
+    threads.push_back(std::this_thread::get_id());
+    // Another run, and all that ends this one, but for what waits for the caller itself.
+    inner = vantiro_peach(1, "executable=true");
+    ended = vantiro_peach_done(run);
     removed = vantiro_removeProject(project);
   });
+  testing::internal::CaptureStderr();
   EXPECT_EQ(vantiro_peach_execute(run), -9);
-  EXPECT_EQ(waited, -4);
+  EXPECT_TRUE(contains(testing::internal::GetCapturedStderr(), "own receiver"));
+  EXPECT_EQ(threads, std::vector{std::this_thread::get_id()});
+  EXPECT_GT(inner, 0);
+  EXPECT_EQ(ended, -13);
   EXPECT_EQ(removed, 0);
-  while (!fs::is_empty(path("home/projects"))) vantiro_actionWait(20);
 }
 
 TEST_F(PeachRun, RunsWithASingleCall) {

@@ -3,17 +3,13 @@ package fi.vantiro.localgrid;
 import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.Changes;
 import fi.vantiro.localgrid.base.GridException;
-import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.HandleTable;
 import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
-import fi.vantiro.localgrid.base.Rights;
-import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.bundle.BundleStore;
 import fi.vantiro.localgrid.home.GridHome;
-import fi.vantiro.localgrid.job.Scheduler;
+import fi.vantiro.localgrid.job.JobEngine;
 import fi.vantiro.localgrid.peach.PeachRun;
-import fi.vantiro.localgrid.process.Keeper;
 import fi.vantiro.localgrid.project.Project;
 import fi.vantiro.localgrid.project.Session;
 import fi.vantiro.localgrid.settings.Plugins;
@@ -34,11 +30,12 @@ public final class Grid {
     private final GridHome home;
     private final BundleStore bundles;
     private final Plugins plugins;
-    private final Scheduler scheduler;
     private final Changes changes = new Changes();
     /** One for the whole virtual machine: a new initialiser does not lose what runs. */
     private static final HandleTable HANDLES = new HandleTable();
-    private Keeper keeper;
+    /** There as long as there are projects. */
+    private JobEngine engine;
+    private boolean retired;
 
     public Grid(Settings settings, LastError errors) {
         this.settings = settings;
@@ -46,7 +43,6 @@ public final class Grid {
         home = new GridHome(settings.home);
         bundles = home.bundles();
         plugins = new Plugins(settings.plugins);
-        scheduler = new Scheduler(settings.processors);
         Log.setLevel(settings.logLevel);
     }
 
@@ -95,9 +91,44 @@ public final class Grid {
     private Project newProject(int priority, String name) throws GridException, IOException {
         Arguments.required(name, "the project's name");
         int handle = HANDLES.next();
-        Project project = new Project(handle, this, home.newProject(), priority, name);
-        HANDLES.put(handle, project);
-        return project;
+        JobEngine used = useEngine();
+        boolean made = false;
+        try {
+            Project project = new Project(
+                    handle, name, priority, home, settings, bundles, used, errors, changes);
+            HANDLES.put(handle, project);
+            made = true;
+            return project;
+        } finally {
+            if (!made) {
+                used.release();
+            }
+        }
+    }
+
+    /** What runs the jobs of a further project, which has to release it. */
+    private synchronized JobEngine useEngine() throws GridException, IOException {
+        home.check();
+        if (engine == null || !engine.retain()) {
+            engine = new JobEngine(settings, home);
+            engine.retain();
+            if (retired) {
+                engine.retire();
+            }
+        }
+        return engine;
+    }
+
+    /** Another grid takes the place of this one, whose projects live on. */
+    public synchronized void retire() {
+        retired = true;
+        retireEngine();
+    }
+
+    private synchronized void retireEngine() {
+        if (engine != null) {
+            engine.retire();
+        }
     }
 
     public Project project(int handle) {
@@ -111,14 +142,16 @@ public final class Grid {
         project.remove();
         HANDLES.all(Session.class).forEach(session -> session.projects().remove(project));
         // Last, so that a removal that failed can be repeated.
-        HANDLES.remove(handle);
+        if (HANDLES.remove(handle)) {
+            project.forget();
+        }
     }
 
     /** Starts the description of a parallel-each run. */
     public PeachRun newPeachRun() throws GridException, IOException {
         Project project = newProject(0, "peach");
         int handle = HANDLES.next();
-        PeachRun run = new PeachRun(handle, this, project);
+        PeachRun run = new PeachRun(handle, project, settings.keepWork, this::forget);
         HANDLES.put(handle, run);
         return run;
     }
@@ -127,7 +160,7 @@ public final class Grid {
         return HANDLES.get(handle, PeachRun.class, "peach");
     }
 
-    public void forget(PeachRun run, boolean withProject)
+    private void forget(PeachRun run, boolean withProject)
             throws GridException, IOException, InterruptedException {
         HANDLES.remove(run.handle());
         if (withProject && HANDLES.find(run.projectHandle(), Project.class) != null) {
@@ -163,7 +196,7 @@ public final class Grid {
         }
         String title = session == null ? ""
                                        : "session " + handle + ": " + projects.size()
-                        + " projects, " + scheduler.places() + " processors\n";
+                        + " projects, " + settings.processors + " processors\n";
         return title + projects.stream().map(Grid::statistics).collect(Collectors.joining("\n"));
     }
 
@@ -211,7 +244,7 @@ public final class Grid {
     /** The number of processors that serve a project. */
     public int processors(int project) {
         project(project);
-        return scheduler.places();
+        return settings.processors;
     }
 
     public VantiroManagerPlugin plugin(String name) {
@@ -231,10 +264,6 @@ public final class Grid {
      */
     public void unload(boolean stopJobs, boolean removeFiles)
             throws GridException, IOException, InterruptedException {
-        if (!stopJobs && GridThreads.isCurrent()) {
-            throw new GridException(
-                    Status.WRONG_STATE, "a thread of the grid cannot wait for its jobs");
-        }
         HANDLES.closeForNew();
         try {
             List<Project> projects = HANDLES.all(Project.class);
@@ -249,8 +278,13 @@ public final class Grid {
                 project.backgroundWait().stopIfWaiting();
             }
             HANDLES.clear();
-            if (removeFiles) {
-                removeFiles(projects);
+            try {
+                if (removeFiles) {
+                    removeFiles(projects);
+                }
+            } finally {
+                projects.forEach(Project::forget);
+                retireEngine();
             }
         } finally {
             HANDLES.openForNew();
@@ -273,49 +307,7 @@ public final class Grid {
         }
     }
 
-    /** The keeper of this grid's jobs, started when it is first needed or when it was ended. */
-    public synchronized Keeper keeper() throws GridException, IOException {
-        if (keeper == null || keeper.isGone()) {
-            if (Rights.areBorrowed()) {
-                throw new GridException(Status.WRONG_STATE,
-                        "a set-user-id or set-group-id program runs no jobs: they would have its "
-                                + "rights, in its caller's environment; give the rights up first");
-            }
-            keeper = Keeper.start(ownerLock(), settings.jobCancelWait);
-        }
-        return keeper;
-    }
-
-    /** The keeper where a launcher finds it: beside the jobs, on whatever machine that is. */
-    public Path farKeeper() throws GridException, IOException {
-        return settings.jobLauncher.isEmpty() ? Keeper.program() : Keeper.programIn(settings.home);
-    }
-
-    public Path ownerLock() throws GridException, IOException {
-        return home.ownerLock();
-    }
-
-    public Settings settings() {
-        return settings;
-    }
-
     public LastError errors() {
         return errors;
-    }
-
-    public GridHome home() {
-        return home;
-    }
-
-    public BundleStore bundles() {
-        return bundles;
-    }
-
-    public Scheduler scheduler() {
-        return scheduler;
-    }
-
-    public Changes changes() {
-        return changes;
     }
 }

@@ -2,6 +2,6 @@ package fi.vantiro.user;
 
 /** Receives the intermediate results of a parallel-each run. */
 public interface IntermediateResultHandler {
-    /** Takes one result, on a thread of the grid. */
+    /** Takes one result, on the thread that executes the run. */
     void handle(String result);
 }

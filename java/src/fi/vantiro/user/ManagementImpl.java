@@ -15,6 +15,7 @@ import java.util.Arrays;
 import java.util.HashMap;
 import java.util.List;
 import java.util.Map;
+import java.util.concurrent.atomic.AtomicReference;
 import java.util.function.Supplier;
 
 /**
@@ -23,6 +24,9 @@ import java.util.function.Supplier;
  * exception.
  */
 public final class ManagementImpl {
+    /** An initialiser makes a new object and lets nobody end the old one. */
+    private static final AtomicReference<Grid> CURRENT = new AtomicReference<>();
+
     private final LastError errors = new LastError();
     private Grid grid;
 
@@ -31,13 +35,17 @@ public final class ManagementImpl {
 
     private synchronized Grid grid() throws GridException {
         if (grid == null) {
-            grid = new Grid(Settings.defaults(), errors);
+            use(Settings.defaults());
         }
         return grid;
     }
 
     private synchronized void use(Settings settings) {
         grid = new Grid(settings, errors);
+        Grid before = CURRENT.getAndSet(grid);
+        if (before != null) {
+            before.retire();
+        }
     }
 
     private Project project(int handle) throws GridException {

@@ -9,33 +9,33 @@ public final class GridThreads {
 
     private GridThreads() {}
 
-    private static final class GridThread extends Thread {
-        GridThread(Runnable work, String name) {
-            super(work, name);
-            setDaemon(true);
-        }
-    }
-
-    public static Thread make(String name, Runnable work) {
-        return new GridThread(work, name);
-    }
-
     public static Thread start(String name, Runnable work) {
-        Thread thread = make(name, work);
+        Thread thread = new Thread(work, name);
+        thread.setDaemon(true);
         thread.start();
         return thread;
     }
 
     /**
-     * Whether the calling thread is one of the grid's, as it is in a receiver of intermediate
-     * results. Such a thread must not wait for jobs, which may be waiting for it.
+     * Does what others wait for, again and again as long as the heap is too full for it. The work
+     * is an object that is there already: in a full heap none could be made.
      */
-    public static boolean isCurrent() {
-        return Thread.currentThread() instanceof GridThread;
+    public static void untilMemory(Runnable work) {
+        while (!isDone(work)) {
+            pause();
+        }
     }
 
-    /** A pause after which what others wait for is tried again in a heap that was full. */
-    public static void awaitMemory() {
+    private static boolean isDone(Runnable work) {
+        try {
+            work.run();
+            return true;
+        } catch (OutOfMemoryError e) {
+            return false;
+        }
+    }
+
+    private static void pause() {
         try {
             LockSupport.parkNanos(PAUSE_NANOS);
         } catch (OutOfMemoryError e) {

@@ -6,6 +6,7 @@ import java.io.Closeable;
 import java.io.IOException;
 import java.nio.channels.FileChannel;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.StandardOpenOption;
 import java.util.HashSet;
@@ -46,7 +47,7 @@ public final class KernelLock implements Closeable {
      */
     public static KernelLock tryLock(Path file, int bytes) throws GridException, IOException {
         synchronized (HELD) {
-            if (Files.exists(file) && HELD.contains(key(file))) {
+            if (Files.exists(file, LinkOption.NOFOLLOW_LINKS) && HELD.contains(key(file))) {
                 return null;
             }
             FileChannel channel = open(file);

@@ -10,6 +10,7 @@ import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.attribute.PosixFilePermission;
 import java.util.ArrayList;
@@ -18,6 +19,7 @@ import java.util.HashSet;
 import java.util.List;
 import java.util.Map;
 import java.util.Set;
+import java.util.logging.Level;
 import java.util.logging.Logger;
 
 /**
@@ -29,8 +31,9 @@ public final class GridHome {
     /** The program's own byte of its file, and one for processes that may outlive it. */
     private static final int OWNER_BYTES = 2;
     private static final Integer ADMINISTRATOR = 0;
-    /** The locks of this program by the homes that it uses. */
+    /** The locks of this program by the homes that it uses, and how many use each. */
     private static final Map<Path, KernelLock> OWN = new HashMap<>();
+    private static final Map<Path, Integer> USERS = new HashMap<>();
 
     private final Path root;
     private final Path projects;
@@ -38,6 +41,7 @@ public final class GridHome {
     /** Holds what is being deleted. */
     private final Path removed;
     private boolean warned;
+    private Path owned;
 
     public GridHome(Path root) {
         this.root = root;
@@ -102,11 +106,11 @@ public final class GridHome {
     }
 
     /** The file whose first byte this program keeps locked; its projects name it as their owner. */
-    public Path ownerLock() throws GridException, IOException {
+    private Path ownerLock() throws GridException, IOException {
         synchronized (OWN) {
             Path home = root.toRealPath();
             KernelLock own = OWN.get(home);
-            if (own == null || !Files.exists(own.file())) {
+            if (own == null || !Files.exists(own.file(), LinkOption.NOFOLLOW_LINKS)) {
                 own = exclusively(() -> {
                     removeDeadOwners();
                     return KernelLock.tryLock(Files.createTempFile(owners, "", ""), 1);
@@ -114,6 +118,30 @@ public final class GridHome {
                 OWN.put(home, own);
             }
             return own.file();
+        }
+    }
+
+    /** Takes the home into use; the file that this program keeps locked until it disowns it. */
+    public Path own() throws GridException, IOException {
+        synchronized (OWN) {
+            Path lock = ownerLock();
+            owned = root.toRealPath();
+            USERS.merge(owned, 1, Integer::sum);
+            return lock;
+        }
+    }
+
+    /** The opposite: what the program leaves there is that of one that is gone. */
+    public void disown() {
+        synchronized (OWN) {
+            if (USERS.merge(owned, -1, Integer::sum) == 0) {
+                USERS.remove(owned);
+                try {
+                    OWN.remove(owned).close();
+                } catch (IOException e) {
+                    LOG.log(Level.WARNING, "cannot give up " + owned, e);
+                }
+            }
         }
     }
 

@@ -1,13 +1,12 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Trees;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.JobOutcome;
 import fi.vantiro.localgrid.process.Keeper;
-import fi.vantiro.localgrid.process.LineFollower;
-import fi.vantiro.localgrid.project.Project;
 import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.channels.FileChannel;
@@ -15,6 +14,7 @@ import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.Collection;
+import java.util.LinkedHashMap;
 import java.util.Map;
 
 /**
@@ -26,44 +26,48 @@ public final class JobRun implements Runnable, Keeper.Client {
     private static final int NOT_EXECUTABLE = 126;
     private static final int NOT_FOUND = 127;
 
-    private final Project project;
-    private final Job job;
-    private JobHooks hooks;
+    private final int number;
+    private final JobOwner owner;
+    private final JobWork work;
+    private final JobEngine engine;
+    /** Here, since in a full heap it could not be made when it is needed. */
+    private final Runnable telling = this::tell;
+    private Job job;
     private WorkDirectory directory;
     private LineFollower follower;
     private volatile JobOutcome outcome;
+    private String failure;
 
     private Keeper keeper;
     private int id;
     private boolean stopped;
 
-    public JobRun(Project project, Job job) {
-        this.project = project;
-        this.job = job;
-    }
-
-    Project project() {
-        return project;
+    JobRun(int number, JobOwner owner, JobEngine engine) {
+        this.number = number;
+        this.owner = owner;
+        work = owner.work();
+        this.engine = engine;
     }
 
     private JobFile file() {
-        return project.directory().job(job.number);
+        return work.file(number);
     }
 
     @Override
     public void run() {
         if (outcome != null) {
             collect();
-        } else if (project.jobs().begin(job, this)) {
-            handOver();
+            return;
+        }
+        job = owner.begin(number, this);
+        if (job == null) {
+            engine.giveBack();
         } else {
-            project.scheduler().release();
+            handOver();
         }
     }
 
     private void handOver() {
-        hooks = project.hooks();
-        String failure;
         try {
             prepare();
             start();
@@ -72,20 +76,23 @@ public final class JobRun implements Runnable, Keeper.Client {
             // Whatever it was, the job has to end.
             failure = GridException.text(e);
         }
-        end(failure);
+        end();
     }
 
     private void prepare() throws GridException, IOException {
-        directory = WorkDirectory.create(project.directory().work(job.number));
-        Map<String, String> environment = project.environment(job);
-        project.bundles().place(directory.root());
-        hooks.prepare(job.number, directory.root(), environment);
+        directory = WorkDirectory.create(work.directory(number));
+        Map<String, String> environment = new LinkedHashMap<>();
+        work.prepare(number, directory.root(), environment);
         directory.inputsPlaced();
-        project.writeJobFile(file(), directory.root(), environment, job.command);
-        if (hooks.lines(job.number) != null) {
-            follower =
-                    new LineFollower(directory.file(WorkDirectory.STDOUT), hooks.lines(job.number));
-            project.followers().add(follower);
+        engine.writeJobFile(file(), directory.root(), environment, job.command);
+        // They are there from the start: a file that was missed once may stay unseen on a network.
+        for (String stream : new String[] {WorkDirectory.STDOUT, WorkDirectory.STDERR}) {
+            Files.deleteIfExists(directory.file(stream));
+            Files.createFile(directory.file(stream));
+        }
+        LineFeed lines = work.lines();
+        if (lines != null) {
+            follower = lines.follow(number, directory.file(WorkDirectory.STDOUT));
         }
     }
 
@@ -93,7 +100,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         if (stopped) {
             throw new GridException(Status.STOPPED, "stopped before it was started");
         }
-        keeper = project.keeper();
+        keeper = work.keeper();
         id = keeper.run(file().path(), this);
     }
 
@@ -115,65 +122,67 @@ public final class JobRun implements Runnable, Keeper.Client {
 
     @Override
     public void started() {
-        project.jobs().started(job);
+        owner.started(job);
     }
 
     @Override
     public void ended(JobOutcome how) {
         outcome = how;
-        project.scheduler().resume(this);
+        engine.resume(this);
     }
 
     private void collect() {
-        String failure;
         try {
             failure = results();
         } catch (Throwable e) {
             failure = GridException.text(e);
         }
-        end(failure);
+        end();
     }
 
     /** Keeps what the job left; the text of its failure, null when it succeeded. */
     private String results() throws GridException, IOException {
+        boolean keepsLines =
+                follower != null && follower.isAt(directory.file(WorkDirectory.STDOUT));
+        Collection<String> patterns = work.outputs();
+        Collection<String> outputs =
+                patterns.isEmpty() ? directory.changedFiles() : directory.listedFiles(patterns);
+        String reason = reason(outputs);
+        Path kept = work.collect(number, directory.root(), outputs, reason == null);
         if (follower != null) {
-            project.followers().remove(follower);
-            follower.finish();
+            follower.end(keepsLines && kept != null ? kept.resolve(WorkDirectory.STDOUT) : null);
         }
-        Collection<String> outputs = hooks.outputs().isEmpty()
-                ? directory.changedFiles()
-                : directory.listedFiles(hooks.outputs());
-        String failure = failure(outputs);
-        project.jobs().addCpuTime(outcome.cpuMillis);
-        hooks.ended(project.results(), job.number, directory.root(), outputs, failure == null);
-        return failure;
+        return reason;
     }
 
-    private void end(String failure) {
-        String text = failure;
+    private void end() {
         try {
             if (follower != null) {
-                project.followers().remove(follower);
+                follower.end(null);
             }
             file().delete();
-            if (directory != null && !hooks.keepsWork(project.settings().keepWork)) {
+            if (directory != null && !work.keepsWork()) {
                 Trees.delete(directory.root());
             }
         } catch (Throwable e) {
-            text = failure == null ? GridException.text(e) : failure;
+            failure = failure == null ? GridException.text(e) : failure;
         }
         Keeper.holdIfProgramEnds();
-        project.end(job, text);
-        project.scheduler().release();
+        GridThreads.untilMemory(telling);
+        engine.giveBack();
     }
 
-    private String failure(Collection<String> outputs) throws IOException {
+    private void tell() {
+        owner.ended(job, outcome, failure);
+    }
+
+    private String reason(Collection<String> outputs) throws IOException {
         switch (outcome.ending) {
             case EXITED:
                 return outcome.status == 0 ? missing(outputs)
                                            : "exit status " + outcome.status + meaning() + errors();
             case TIMEOUT:
-                return "timed out after " + project.settings().jobTimeout + " s" + errors();
+                return "timed out after " + engine.settings().jobTimeout + " s" + errors();
             case STOPPED:
                 return "it was ended from outside" + launcherSays();
             case LOST:
@@ -191,7 +200,7 @@ public final class JobRun implements Runnable, Keeper.Client {
     }
 
     private String missing(Collection<String> outputs) throws IOException {
-        for (String name : hooks.outputs()) {
+        for (String name : work.outputs()) {
             if (!WorkDirectory.isPattern(name) && !outputs.contains(name)) {
                 return "it did not write its output file " + name + errors();
             }

@@ -1,19 +1,16 @@
 package fi.vantiro.localgrid.peach;
 
-import fi.vantiro.localgrid.Grid;
-import fi.vantiro.localgrid.base.Changes;
 import fi.vantiro.localgrid.base.GridException;
-import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Archives;
 import fi.vantiro.localgrid.home.StateDirectory;
 import fi.vantiro.localgrid.job.Job;
-import fi.vantiro.localgrid.job.JobHooks;
+import fi.vantiro.localgrid.job.LineFeed;
 import fi.vantiro.localgrid.job.WorkDirectory;
+import fi.vantiro.localgrid.project.JobHooks;
 import fi.vantiro.localgrid.project.Project;
-import fi.vantiro.localgrid.project.Results;
 import java.io.IOException;
 import java.nio.file.Path;
 import java.util.ArrayList;
@@ -29,15 +26,22 @@ import java.util.logging.Logger;
 public final class PeachRun implements JobHooks {
     private static final Logger LOG = Logger.getLogger(Log.NAME);
 
+    private static final int POLL_MS = 20;
+    private static final int IDLE_MS = 200;
+
     private enum Phase { DESCRIBED, EXECUTING, ENDED }
 
     private final int handle;
-    private final Grid grid;
     private final Project project;
+    private final boolean keepWork;
+    private final Registry registry;
     private final PeachDescription description = new PeachDescription();
     private final PeachFiles files = new PeachFiles();
     private final LastError errors = new LastError();
     private volatile Consumer<String> handler;
+    private final LineFeed lines = new LineFeed(this::deliver);
+    /** Who executes the run, and calls its receiver. */
+    private Thread executing;
 
     private Phase phase = Phase.DESCRIBED;
     private boolean failed;
@@ -46,10 +50,19 @@ public final class PeachRun implements JobHooks {
     private PeachInputs inputs;
     private int jobsEnded;
 
-    public PeachRun(int handle, Grid grid, Project project) {
+    /** Where the run is known by its handle. */
+    @FunctionalInterface
+    public interface Registry {
+        /** Forgets the run, and removes its project or not. */
+        void forget(PeachRun run, boolean withProject)
+                throws GridException, IOException, InterruptedException;
+    }
+
+    public PeachRun(int handle, Project project, boolean keepWork, Registry registry) {
         this.handle = handle;
-        this.grid = grid;
         this.project = project;
+        this.keepWork = keepWork;
+        this.registry = registry;
         project.setHooks(this);
     }
 
@@ -97,7 +110,7 @@ public final class PeachRun implements JobHooks {
     }
 
     private Path stateDir() {
-        return description.stateDir == null ? project.directory().state() : description.stateDir;
+        return description.stateDir == null ? project.state() : description.stateDir;
     }
 
     /** Runs all jobs to their end; an exception when some failed and that is not allowed. */
@@ -108,6 +121,7 @@ public final class PeachRun implements JobHooks {
                         Status.WRONG_STATE, "peach run " + handle + " was executed already");
             }
             phase = Phase.EXECUTING;
+            executing = Thread.currentThread();
         }
         boolean succeeded = false;
         try {
@@ -137,7 +151,7 @@ public final class PeachRun implements JobHooks {
             project.jobs().create(Job.shellLine(description.executable));
         }
         project.jobs().markAllCreated();
-        project.keeper();
+        project.checkCanStart();
         PeachSources sources = sources();
         state = new StateDirectory(stateDir());
         state.open(jobs, plainOutputs());
@@ -174,6 +188,7 @@ public final class PeachRun implements JobHooks {
     private void awaitJobs() throws GridException, InterruptedException {
         say("started");
         try {
+            followJobs();
             project.jobs().awaitCompletion();
             say("completed");
         } catch (GridException e) {
@@ -182,6 +197,18 @@ public final class PeachRun implements JobHooks {
                 throw e;
             }
             errors.record(e);
+        }
+    }
+
+    /** Hands lines on until the jobs have ended and there are no more of them. */
+    private void followJobs() throws InterruptedException {
+        while (!project.jobs().awaitCompletion(lines.isEmpty() ? IDLE_MS : POLL_MS)) {
+            while (lines.deliver()) {
+                continue;
+            }
+        }
+        while (!lines.isEmpty()) {
+            lines.deliver();
         }
     }
 
@@ -225,13 +252,14 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
-    public Consumer<String> lines(int job) {
-        return handler == null ? null : line -> deliver(job + ":" + line);
+    public LineFeed lines() {
+        return handler == null ? null : lines;
     }
 
-    private void deliver(String text) {
+    private void deliver(int job, String text, boolean last) {
+        String told = job + (last ? ":" : "+") + text;
         try {
-            handler.accept(text);
+            handler.accept(told);
         } catch (RuntimeException | Error e) {
             // The receiver is the caller's code; its troubles must not become the run's.
             LOG.log(Level.WARNING, "the receiver of intermediate results failed", e);
@@ -239,11 +267,11 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
-    public void ended(Results results, int job, Path directory, Collection<String> outputs,
-            boolean succeeded) throws GridException, IOException {
-        state.take(job, directory, outputs, keepsWork(project.settings().keepWork));
+    public Path ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
+            throws GridException, IOException {
+        state.take(job, directory, outputs, keepsWork(keepWork));
         List<String> names = new ArrayList<>(outputs);
-        results.add(job, archive -> {
+        project.results().add(job, archive -> {
             state.checkCurrent();
             Archives.pack(archive, state.outputs(job), names);
         });
@@ -264,6 +292,7 @@ public final class PeachRun implements JobHooks {
                 }
             }
         }
+        return state.outputs(job);
     }
 
     private boolean isHandedOut(String name) {
@@ -302,9 +331,9 @@ public final class PeachRun implements JobHooks {
     private void end(boolean withProject) throws GridException, IOException, InterruptedException {
         boolean unused;
         synchronized (this) {
-            if (phase == Phase.EXECUTING && GridThreads.isCurrent()) {
+            if (phase == Phase.EXECUTING && executing == Thread.currentThread()) {
                 throw new GridException(Status.WRONG_STATE,
-                        "peach run " + handle + " cannot be ended by a thread that runs a job");
+                        "peach run " + handle + " cannot be ended by its own receiver");
             }
             unused = phase == Phase.DESCRIBED;
         }
@@ -317,6 +346,6 @@ public final class PeachRun implements JobHooks {
                 files.deleteProcessed();
             }
         }
-        grid.forget(this, withProject || unused);
+        registry.forget(this, withProject || unused);
     }
 }

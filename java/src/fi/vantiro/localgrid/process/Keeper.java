@@ -56,6 +56,11 @@ public final class Keeper {
     private final int patience;
     private final Map<Integer, Client> clients = new ConcurrentHashMap<>();
     private int lastId;
+    private final byte[] answer = new byte[MAX_ANSWER];
+    private int answerLength;
+    // Here, since in a full heap they could not be made when they are needed.
+    private final Runnable heeding = this::heed;
+    private final Runnable endingClients = this::endClients;
     private boolean gone;
 
     private Keeper(Process process, int patience) {
@@ -194,18 +199,13 @@ public final class Keeper {
     }
 
     private void listen() {
-        byte[] answer = new byte[MAX_ANSWER];
         try (InputStream answers = process.getInputStream()) {
             while (true) {
-                int length = read(answers, answer);
-                while (!heed(answer, length)) {
-                    GridThreads.awaitMemory();
-                }
+                answerLength = read(answers, answer);
+                GridThreads.untilMemory(heeding);
             }
         } catch (IOException e) {
-            while (!endClients()) {
-                GridThreads.awaitMemory();
-            }
+            GridThreads.untilMemory(endingClients);
         }
     }
 
@@ -220,41 +220,42 @@ public final class Keeper {
         return length;
     }
 
-    /** False when there was not the memory to take note. */
-    private boolean heed(byte[] answer, int length) {
-        try {
-            String[] words = new String(answer, 0, length, StandardCharsets.UTF_8).split(" ", 3);
-            Integer id = Integer.valueOf(words[0]);
-            Client client = clients.get(id);
-            if (client == null) {
-                return true;
-            }
-            if (words[1].equals("started")) {
-                client.started();
-            } else {
-                client.ended(JobOutcome.parse(words[2]));
-                clients.remove(id);
-            }
-            return true;
-        } catch (OutOfMemoryError e) {
-            return false;
+    private void heed() {
+        String[] words = new String(answer, 0, answerLength, StandardCharsets.UTF_8).split(" ", 3);
+        Integer id = Integer.valueOf(words[0]);
+        Client client = clients.get(id);
+        if (client == null) {
+            return;
+        }
+        if (words[1].equals("started")) {
+            client.started();
+        } else {
+            client.ended(JobOutcome.parse(words[2]));
+            clients.remove(id);
         }
     }
 
-    private boolean endClients() {
+    private void endClients() {
         synchronized (this) {
             gone = true;
         }
         RUNNING.remove(this);
         holdIfProgramEnds();
+        for (Map.Entry<Integer, Client> client : clients.entrySet()) {
+            client.getValue().ended(UNKEPT);
+            clients.remove(client.getKey());
+        }
+    }
+
+    /** Ends the keeper, and what jobs it may still have. */
+    public void close() {
         try {
-            for (Map.Entry<Integer, Client> client : clients.entrySet()) {
-                client.getValue().ended(UNKEPT);
-                clients.remove(client.getKey());
-            }
-            return true;
-        } catch (OutOfMemoryError e) {
-            return false;
+            requests.close();
+            process.waitFor(patience, TimeUnit.SECONDS);
+        } catch (IOException e) {
+            return;
+        } catch (InterruptedException e) {
+            Thread.currentThread().interrupt();
         }
     }
 

@@ -8,6 +8,7 @@ import java.io.IOException;
 /** A thread that waits for a project and downloads the result of each job as it ends. */
 public final class BackgroundWait {
     private final Project project;
+    private final Runnable downloading = this::download;
     private Thread thread;
 
     BackgroundWait(Project project) {
@@ -39,15 +40,6 @@ public final class BackgroundWait {
         return thread != null && thread.isAlive();
     }
 
-    private boolean isDownloaded() throws GridException, IOException {
-        try {
-            project.results().downloadNew();
-            return true;
-        } catch (OutOfMemoryError e) {
-            return false;
-        }
-    }
-
     private void follow() {
         try {
             int ended = 0;
@@ -55,16 +47,28 @@ public final class BackgroundWait {
             while (!last) {
                 ended = project.jobs().awaitEnded(ended);
                 last = project.jobs().isCompleted();
-                while (!isDownloaded() && !Thread.currentThread().isInterrupted()) {
-                    GridThreads.awaitMemory();
-                }
+                GridThreads.untilMemory(downloading);
             }
-        } catch (IOException e) {
-            project.report("cannot download its results", e);
-        } catch (GridException e) {
-            project.report("cannot download its results", e);
         } catch (InterruptedException e) {
             Thread.currentThread().interrupt();
         }
+    }
+
+    private void download() {
+        if (Thread.currentThread().isInterrupted()) {
+            return;
+        }
+        try {
+            project.results().downloadNew();
+        } catch (IOException e) {
+            report(GridException.of(e));
+        } catch (GridException e) {
+            report(e);
+        }
+    }
+
+    /** What cannot be downloaded now is tried again when the next job has ended. */
+    private void report(GridException failure) {
+        project.report("cannot download its results", failure);
     }
 }

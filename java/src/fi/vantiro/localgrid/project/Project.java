@@ -1,47 +1,62 @@
 package fi.vantiro.localgrid.project;
 
-import fi.vantiro.localgrid.Grid;
-import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.Changes;
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Status;
+import fi.vantiro.localgrid.bundle.BundleStore;
 import fi.vantiro.localgrid.bundle.ProjectBundles;
+import fi.vantiro.localgrid.home.GridHome;
 import fi.vantiro.localgrid.home.ProjectDirectory;
-import fi.vantiro.localgrid.job.Job;
-import fi.vantiro.localgrid.job.JobHooks;
-import fi.vantiro.localgrid.job.Scheduler;
-import fi.vantiro.localgrid.process.JobFile;
-import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.job.JobEngine;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Path;
-import java.util.List;
+import java.util.Collection;
 import java.util.Locale;
-import java.util.Map;
 
 /** A number of jobs with what they share: a name, parameters, bundles, and a place for results. */
-public final class Project {
+public final class Project implements ProjectJobs.Listener {
     private final int handle;
-    private final Grid grid;
+    private final GridHome home;
     private final ProjectDirectory directory;
+    private final JobEngine engine;
+    private final LastError errors;
+    private final Changes changes;
     private final ProjectInfo info;
     private final Results results;
     private final ProjectBundles bundles;
-    private final BackgroundWait backgroundWait = new BackgroundWait(this);
+    private final ProjectWork work;
+    private final ProjectJobs jobs;
+    private final BackgroundWait backgroundWait;
 
-    private final ProjectJobs jobs = new ProjectJobs(this);
-    private final LineFollowers followers = new LineFollowers();
-    private volatile JobHooks hooks = JobHooks.NONE;
-    private volatile boolean removed;
-
-    public Project(int handle, Grid grid, ProjectDirectory directory, int priority, String name) {
+    public Project(int handle, String name, int priority, GridHome home, Settings settings,
+            BundleStore store, JobEngine engine, LastError errors, Changes changes)
+            throws GridException, IOException {
         this.handle = handle;
-        this.grid = grid;
-        this.directory = directory;
+        this.home = home;
+        this.engine = engine;
+        this.errors = errors;
+        this.changes = changes;
+        directory = home.newProject();
         info = new ProjectInfo(name, priority, directory.number());
-        results = new Results(directory, grid.settings());
-        bundles = new ProjectBundles(grid.bundles());
+        results = new Results(directory, settings);
+        bundles = new ProjectBundles(store);
+        work = new ProjectWork(
+                info, directory, bundles, settings, engine, this::archive, () -> jobs().size());
+        jobs = new ProjectJobs(info, engine, work, this);
+        backgroundWait = new BackgroundWait(this);
+    }
+
+    private Path archive(int job, Path root, Collection<String> outputs, boolean succeeded)
+            throws GridException, IOException {
+        results.add(job, root, outputs);
+        return null;
+    }
+
+    /** Has something else done with what the jobs leave, and more before they start. */
+    public void setHooks(JobHooks hooks) {
+        work.setHooks(hooks);
     }
 
     public int handle() {
@@ -68,94 +83,39 @@ public final class Project {
         return backgroundWait;
     }
 
-    public ProjectDirectory directory() {
-        return directory;
+    /** Where a parallel-each run without a state directory of its own keeps its files. */
+    public Path state() {
+        return directory.state();
     }
 
-    public void setHooks(JobHooks hooks) {
-        this.hooks = hooks;
-    }
-
-    public JobHooks hooks() {
-        return hooks;
-    }
-
-    public Settings settings() {
-        return grid.settings();
+    /** Fails when jobs could not be started now. */
+    public void checkCanStart() throws GridException, IOException {
+        work.open();
     }
 
     /** Changes the project's number, as long as no job has seen it. */
     public void setId(int id) throws GridException, IOException, InterruptedException {
         jobs.beforeStart(() -> {
-            grid.home().renumber(directory, id);
+            home.renumber(directory, id);
             info.setId(id);
         });
     }
 
-    /** Stops the project and deletes its files, at once or when the last of its jobs has ended. */
+    /** Stops the project and deletes its files. */
     public void remove() throws IOException, InterruptedException {
         jobs.stop();
-        removed = true;
-        if (jobs.areEnded()) {
-            directory.deleteResults();
-        }
+        directory.deleteResults();
     }
 
-    /** Takes note of the end of a job; a failure of null is success. */
-    public void end(Job job, String failure) {
-        jobs.end(job, failure);
-        if (removed && jobs.areEnded()) {
-            try {
-                directory.deleteResults();
-            } catch (IOException e) {
-                report("cannot remove its files", e);
-            }
-        }
+    /** Nobody knows the project any more. */
+    public void forget() {
+        engine.release();
     }
 
     /** One line for people. */
     public String description() {
-        return info + ", " + jobs.size() + " jobs, " + jobs.state().name().toLowerCase(Locale.ROOT)
-                + ")";
-    }
-
-    /** The variables that each job finds in its environment. */
-    public Map<String, String> environment(Job job) throws GridException, IOException {
-        Map<String, String> variables = info.environment();
-        variables.put("VANTIRO_JOB", String.valueOf(job.number));
-        variables.put("VANTIRO_JOBS", String.valueOf(jobs.size()));
-        variables.put("VANTIRO_WORKDIR", directory.work(job.number).toString());
-        variables.put("VANTIRO_NAME",
-                "vantiro-" + grid.ownerLock().getFileName() + "-" + directory.number() + "-"
-                        + job.number);
-        variables.put("TMPDIR", grid.settings().tempDir.toString());
-        return variables;
-    }
-
-    /** Leaves word of a job for its keeper. */
-    public void writeJobFile(JobFile file, Path work, Map<String, String> environment,
-            List<String> command) throws GridException, IOException {
-        file.write(work, settings(), grid.ownerLock(), grid.farKeeper(), environment, command);
-    }
-
-    public Keeper keeper() throws GridException, IOException {
-        return grid.keeper();
-    }
-
-    public Scheduler scheduler() {
-        return grid.scheduler();
-    }
-
-    LastError errors() {
-        return grid.errors();
-    }
-
-    Changes changes() {
-        return grid.changes();
-    }
-
-    public LineFollowers followers() {
-        return followers;
+        return info.description() + ", " + jobs.size() + " jobs, "
+                + jobs.state().name().toLowerCase(Locale.ROOT) + ")";
     }
 
     /** Downloads the results, with partial also those of a project that goes on; how many. */
@@ -166,18 +126,33 @@ public final class Project {
         return results.download();
     }
 
-    /** Remembers a failure that no caller waits for. */
-    void report(String what, IOException e) {
-        report(what, GridException.of(e));
+    @Override
+    public void changed() {
+        changes.signal();
     }
 
+    @Override
+    public void failed(GridException failure) {
+        errors.record(failure);
+    }
+
+    @Override
+    public void completed() {
+        try {
+            directory.markEnded();
+        } catch (IOException e) {
+            report("cannot mark it as ended", GridException.of(e));
+        }
+    }
+
+    /** Remembers a failure that no caller waits for. */
     void report(String what, GridException failure) {
-        grid.errors().record(new GridException(
+        errors.record(new GridException(
                 failure.status(), this + ": " + what + ": " + failure.getMessage()));
     }
 
     @Override
     public String toString() {
-        return "project " + info.id() + " (" + Arguments.shortened(info.name()) + ")";
+        return info.toString();
     }
 }

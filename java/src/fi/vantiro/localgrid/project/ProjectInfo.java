@@ -63,9 +63,14 @@ public final class ProjectInfo {
         return variables;
     }
 
-    @Override
-    public synchronized String toString() {
+    /** The beginning of a line for people, whose end tells of the jobs. */
+    synchronized String description() {
         String title = description.isEmpty() ? name : name + ": " + description;
         return title + " (project " + id + ", priority " + priority;
+    }
+
+    @Override
+    public synchronized String toString() {
+        return "project " + id + " (" + Arguments.shortened(name) + ")";
     }
 }

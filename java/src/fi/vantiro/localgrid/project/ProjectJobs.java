@@ -2,14 +2,17 @@ package fi.vantiro.localgrid.project;
 
 import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.GridException;
-import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.NativeText;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.job.Job;
+import fi.vantiro.localgrid.job.JobEngine;
 import fi.vantiro.localgrid.job.JobList;
+import fi.vantiro.localgrid.job.JobOwner;
 import fi.vantiro.localgrid.job.JobRun;
+import fi.vantiro.localgrid.job.JobWork;
+import fi.vantiro.localgrid.process.JobOutcome;
 import java.io.IOException;
 import java.util.ArrayDeque;
 import java.util.ArrayList;
@@ -20,13 +23,16 @@ import java.util.logging.Level;
 import java.util.logging.Logger;
 
 /** The jobs of a project: created, started, waited for and stopped together. */
-public final class ProjectJobs {
+public final class ProjectJobs implements JobOwner {
     private static final Logger LOG = Logger.getLogger(Log.NAME);
 
     /** The states of a project; their order is the numbers that callers see. */
     public enum State { CREATED, RUNNING, COMPLETED, FAILED, STOPPED }
 
-    private final Project project;
+    private final ProjectInfo project;
+    private final JobEngine engine;
+    private final JobWork work;
+    private final Listener listener;
     private final JobList jobs = new JobList();
     private final Deque<List<String>> cached = new ArrayDeque<>();
     private boolean started;
@@ -36,8 +42,23 @@ public final class ProjectJobs {
     private long endedAt;
     private long cpuMillis;
 
-    ProjectJobs(Project project) {
+    /** Who learns what happens to the jobs. */
+    interface Listener {
+        /** A job or the project is in another state. */
+        void changed();
+
+        /** A job has failed. */
+        void failed(GridException failure);
+
+        /** All jobs have ended, and no more can follow. */
+        void completed();
+    }
+
+    ProjectJobs(ProjectInfo project, JobEngine engine, JobWork work, Listener listener) {
         this.project = project;
+        this.engine = engine;
+        this.work = work;
+        this.listener = listener;
     }
 
     /** Creates a job, which runs as soon as the project does; its number. */
@@ -47,7 +68,7 @@ public final class ProjectJobs {
         boolean submitted = false;
         try {
             if (started) {
-                submit(job);
+                submit(job.number);
             }
             submitted = true;
         } finally {
@@ -121,25 +142,25 @@ public final class ProjectJobs {
     /** Lets the jobs run; a start that failed has changed nothing. */
     public synchronized void start() throws GridException, IOException {
         checkNotStarted();
-        project.keeper();
-        project.scheduler().startThreads();
+        work.open();
         boolean submitted = false;
         try {
             started = true;
             startedAt = System.nanoTime();
-            jobs.forEach(this::submit);
+            submit(1);
             submitted = true;
         } finally {
             if (!submitted) {
                 started = false;
-                project.scheduler().drop(project);
+                engine.drop(this);
             }
         }
         changed();
     }
 
-    private void submit(Job job) {
-        project.scheduler().submit(project.info().priority(), new JobRun(project, job));
+    /** Lets the jobs from that number on wait for their turn. */
+    private void submit(int first) {
+        engine.submit(this, project.priority(), first, jobs.size() + 1);
     }
 
     /** Has the running jobs killed and drops the waiting ones. */
@@ -154,7 +175,7 @@ public final class ProjectJobs {
             return;
         }
         stopped = true;
-        project.scheduler().drop(project);
+        engine.drop(this);
         jobs.forEach(job -> {
             if (job.run != null) {
                 job.run.stop();
@@ -165,9 +186,9 @@ public final class ProjectJobs {
         changed();
     }
 
-    /** Waits for the jobs that were let run; a thread of the grid does not wait. */
+    /** Waits for the jobs that were let run. */
     public synchronized void awaitEnd() throws InterruptedException {
-        while (started && jobs.ended() < jobs.size() && !GridThreads.isCurrent()) {
+        while (started && jobs.ended() < jobs.size()) {
             wait();
         }
     }
@@ -177,12 +198,22 @@ public final class ProjectJobs {
         if (!stopped && !(started && allCreated)) {
             throw wrongState(started ? "is not marked as having all its jobs" : "is not started");
         }
-        if (GridThreads.isCurrent()) {
-            throw wrongState("cannot be waited for by a thread that runs a job");
-        }
         while (!isCompleted()) {
             wait();
         }
+        checkSuccess();
+    }
+
+    /** Waits that long at the most; whether all jobs have ended. */
+    public synchronized boolean awaitCompletion(long millis) throws InterruptedException {
+        if (!isCompleted()) {
+            wait(millis);
+        }
+        return isCompleted();
+    }
+
+    /** Fails when the project was stopped or a job has failed. */
+    private void checkSuccess() throws GridException {
         if (stopped) {
             throw new GridException(Status.STOPPED, project + " was stopped");
         }
@@ -210,7 +241,7 @@ public final class ProjectJobs {
         if (job.run != null) {
             job.run.send(text);
         } else {
-            project.directory().job(job.number).addInput(text);
+            work.file(job.number).addInput(text);
         }
     }
 
@@ -257,16 +288,22 @@ public final class ProjectJobs {
         return values;
     }
 
-    /** Gives a waiting job its turn; false when it is not to run any more. */
-    public synchronized boolean begin(Job job, JobRun run) {
-        if (job.state != Job.State.WAITING) {
-            return false;
-        }
-        job.run = run;
-        return true;
+    @Override
+    public JobWork work() {
+        return work;
     }
 
-    /** Takes note that a job's own command runs. */
+    @Override
+    public synchronized Job begin(int number, JobRun run) {
+        Job job = jobs.get(number);
+        if (job.state != Job.State.WAITING) {
+            return null;
+        }
+        job.run = run;
+        return job;
+    }
+
+    @Override
     public synchronized void started(Job job) {
         if (job.state == Job.State.WAITING) {
             move(job, Job.State.RUNNING);
@@ -274,46 +311,23 @@ public final class ProjectJobs {
         }
     }
 
-    public synchronized void addCpuTime(long millis) {
-        cpuMillis += millis;
-    }
-
-    /** Takes note of the end of a job; a failure of null is success. */
-    void end(Job job, String failure) {
-        while (!isEndNoted(job, failure)) {
-            GridThreads.awaitMemory();
-        }
-    }
-
-    private boolean isEndNoted(Job job, String failure) {
-        try {
-            noteEnd(job, failure);
-            return true;
-        } catch (OutOfMemoryError e) {
-            return false;
-        }
-    }
-
-    private synchronized void noteEnd(Job job, String failure) {
+    @Override
+    public synchronized void ended(Job job, JobOutcome outcome, String failure) {
         job.run = null;
         if (!job.state.ended()) {
             if (failure != null && !stopped) {
                 String text = "job " + job.number + " of " + project
                         + " failed: " + job.commandText() + ": " + failure;
                 jobs.addFailure(job, text);
-                project.errors().record(new GridException(Status.JOB_FAILED, text));
+                listener.failed(new GridException(Status.JOB_FAILED, text));
             }
+            cpuMillis += outcome == null ? 0 : outcome.cpuMillis;
             move(job,
                     failure == null   ? Job.State.COMPLETED
                             : stopped ? Job.State.STOPPED
                                       : Job.State.FAILED);
         }
         changed();
-    }
-
-    /** Whether every job that was let run has ended. */
-    synchronized boolean areEnded() {
-        return jobs.ended() == jobs.size();
     }
 
     /** How many jobs are known now. */
@@ -332,14 +346,10 @@ public final class ProjectJobs {
     private void changed() {
         if (endedAt == 0 && isCompleted()) {
             endedAt = System.nanoTime();
-            try {
-                project.directory().markEnded();
-            } catch (IOException e) {
-                project.report("cannot mark it as ended", e);
-            }
+            listener.completed();
         }
         notifyAll();
-        project.changes().signal();
+        listener.changed();
     }
 
     private GridException wrongState(String what) {

@@ -1,18 +1,15 @@
-package fi.vantiro.localgrid.job;
+package fi.vantiro.localgrid.project;
 
 import fi.vantiro.localgrid.base.GridException;
-import fi.vantiro.localgrid.project.Results;
+import fi.vantiro.localgrid.job.LineFeed;
 import java.io.IOException;
 import java.nio.file.Path;
 import java.util.Collection;
 import java.util.Collections;
 import java.util.Map;
-import java.util.function.Consumer;
 
 /** What a project has done around the process of each of its jobs; by default nothing. */
 public interface JobHooks {
-    JobHooks NONE = new JobHooks() {};
-
     /** Places inputs in the working directory and adds variables to the environment. */
     default void prepare(int job, Path directory, Map<String, String> environment)
             throws GridException, IOException {}
@@ -27,14 +24,15 @@ public interface JobHooks {
         return Collections.emptyList();
     }
 
-    /** Who receives the lines of the job's standard output while it runs; null for nobody. */
-    default Consumer<String> lines(int job) {
+    /** Who receives the lines of the jobs' standard outputs while they run; null for nobody. */
+    default LineFeed lines() {
         return null;
     }
 
-    /** Takes the outputs over before the working directory goes; by default into an archive. */
-    default void ended(Results results, int job, Path directory, Collection<String> outputs,
-            boolean succeeded) throws GridException, IOException {
-        results.add(job, directory, outputs);
-    }
+    /**
+     * Takes the outputs over before the working directory goes; the directory where they are as
+     * files now, null when there is none.
+     */
+    Path ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
+            throws GridException, IOException;
 }
