@@ -1,6 +1,7 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.project.Results;
 import java.io.IOException;
 import java.nio.file.Path;
@@ -33,8 +34,8 @@ public interface JobHooks {
     }
 
     /** Takes the outputs over before the working directory goes; by default into an archive. */
-    default void ended(Results results, int job, Path directory, Collection<String> outputs,
-            boolean succeeded) throws GridException, IOException {
-        results.add(job, directory, outputs);
+    default void ended(Results results, int job, Outputs outputs, boolean succeeded)
+            throws GridException, IOException {
+        results.add(job, outputs);
     }
 }

@@ -1,8 +1,9 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.Trees;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.JobOutcome;
 import fi.vantiro.localgrid.process.Keeper;
@@ -14,14 +15,15 @@ import java.nio.channels.FileChannel;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.util.Collection;
 import java.util.Map;
+import java.util.logging.Logger;
 
 /**
  * Takes one job from its inputs to its results. It needs a thread twice, to hand the job to the
  * keeper and to collect what it left, and none while the job runs.
  */
 public final class JobRun implements Runnable, Keeper.Client {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
     private static final int TAIL = 1000;
     private static final int NOT_EXECUTABLE = 126;
     private static final int NOT_FOUND = 127;
@@ -32,6 +34,8 @@ public final class JobRun implements Runnable, Keeper.Client {
     private WorkDirectory directory;
     private LineFollower follower;
     private volatile JobOutcome outcome;
+    /** Whether nothing of what the job wrote is in its directory alone. */
+    private boolean isCollected;
 
     private Keeper keeper;
     private int id;
@@ -80,7 +84,9 @@ public final class JobRun implements Runnable, Keeper.Client {
         Map<String, String> environment = project.environment(job);
         project.bundles().place(directory.root());
         hooks.prepare(job.number, directory.root(), environment);
-        directory.inputsPlaced();
+        if (hooks.outputs().isEmpty()) {
+            directory.inputsPlaced();
+        }
         project.writeJobFile(file(), directory.root(), environment, job.command);
         if (hooks.lines(job.number) != null) {
             follower =
@@ -129,7 +135,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         try {
             failure = results();
         } catch (Throwable e) {
-            failure = GridException.text(e);
+            failure = GridException.text(e) + "; what it wrote is in " + directory.root();
         }
         end(failure);
     }
@@ -140,13 +146,17 @@ public final class JobRun implements Runnable, Keeper.Client {
             project.followers().remove(follower);
             follower.finish();
         }
-        Collection<String> outputs = hooks.outputs().isEmpty()
-                ? directory.changedFiles()
-                : directory.listedFiles(hooks.outputs());
+        Outputs outputs = hooks.outputs().isEmpty() ? directory.changedFiles()
+                                                    : directory.listedFiles(hooks.outputs());
         String failure = failure(outputs);
         project.jobs().addCpuTime(outcome.cpuMillis);
-        hooks.ended(project.results(), job.number, directory.root(), outputs, failure == null);
-        return failure;
+        hooks.ended(project.results(), job.number, outputs, failure == null);
+        isCollected = outputs.lost().isEmpty();
+        if (!isCollected) {
+            LOG.warning("job " + job.number + " of " + project + " left what cannot be kept ("
+                    + outputs.lost() + "); see " + directory.root());
+        }
+        return failure == null ? missing(outputs) : failure;
     }
 
     private void end(String failure) {
@@ -156,8 +166,9 @@ public final class JobRun implements Runnable, Keeper.Client {
                 project.followers().remove(follower);
             }
             file().delete();
-            if (directory != null && !hooks.keepsWork(project.settings().keepWork)) {
-                Trees.delete(directory.root());
+            boolean keeps = hooks.keepsWork(project.settings().keepWork);
+            if (directory != null && !keeps && (outcome == null || isCollected)) {
+                project.directory().deleteWork(job.number);
             }
         } catch (Throwable e) {
             text = failure == null ? GridException.text(e) : failure;
@@ -167,7 +178,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         project.scheduler().release();
     }
 
-    private String failure(Collection<String> outputs) throws IOException {
+    private String failure(Outputs outputs) throws IOException {
         switch (outcome.ending) {
             case EXITED:
                 return outcome.status == 0 ? missing(outputs)
@@ -190,7 +201,7 @@ public final class JobRun implements Runnable, Keeper.Client {
                                                    : "";
     }
 
-    private String missing(Collection<String> outputs) throws IOException {
+    private String missing(Outputs outputs) throws IOException {
         for (String name : hooks.outputs()) {
             if (!WorkDirectory.isPattern(name) && !outputs.contains(name)) {
                 return "it did not write its output file " + name + errors();

@@ -8,6 +8,9 @@ import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
+import fi.vantiro.localgrid.files.Failures;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.home.StateDirectory;
 import fi.vantiro.localgrid.job.Job;
 import fi.vantiro.localgrid.job.JobHooks;
@@ -45,6 +48,8 @@ public final class PeachRun implements JobHooks {
     private StateDirectory state;
     private PeachInputs inputs;
     private int jobsEnded;
+    /** Whether the outputs are there and the file that is to hold them is not. */
+    private volatile boolean owesResultFile;
 
     public PeachRun(int handle, Grid grid, Project project) {
         this.handle = handle;
@@ -115,7 +120,9 @@ public final class PeachRun implements JobHooks {
             project.jobs().start();
             awaitJobs();
             if (description.resultFile != null) {
+                owesResultFile = true;
                 project.results().merge(description.resultFile);
+                owesResultFile = false;
             }
             succeeded = true;
         } finally {
@@ -126,6 +133,9 @@ public final class PeachRun implements JobHooks {
     private void prepare() throws GridException, IOException {
         inputs = new PeachInputs(description);
         inputs.check();
+        if (description.resultFile != null) {
+            AtomicFile.check(description.resultFile);
+        }
         chooseBundles();
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
@@ -239,14 +249,11 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
-    public void ended(Results results, int job, Path directory, Collection<String> outputs,
-            boolean succeeded) throws GridException, IOException {
-        state.take(job, directory, outputs, keepsWork(project.settings().keepWork));
-        List<String> names = new ArrayList<>(outputs);
-        results.add(job, archive -> {
-            state.checkCurrent();
-            Archives.pack(archive, state.outputs(job), names);
-        });
+    public void ended(Results results, int job, Outputs outputs, boolean succeeded)
+            throws GridException, IOException {
+        state.take(job, outputs, keepsWork(project.settings().keepWork));
+        List<String> names = outputs.names();
+        results.add(job, archive -> pack(archive, job, names));
         List<Path> kept = new ArrayList<>();
         for (String name : names) {
             if (isHandedOut(name)) {
@@ -263,6 +270,15 @@ public final class PeachRun implements JobHooks {
                     files.release();
                 }
             }
+        }
+    }
+
+    private void pack(Path archive, int job, List<String> names) throws GridException, IOException {
+        state.checkCurrent();
+        Outputs outputs = new Outputs(state.outputs(job), names, new Failures());
+        Archives.pack(archive, outputs);
+        if (!outputs.lost().isEmpty()) {
+            LOG.warning("not in " + archive + ": " + outputs.lost());
         }
     }
 
@@ -317,6 +333,10 @@ public final class PeachRun implements JobHooks {
                 files.deleteProcessed();
             }
         }
-        grid.forget(this, withProject || unused);
+        if (owesResultFile) {
+            LOG.warning("the outputs of " + project + " stay in " + state.root()
+                    + ", since its result file " + description.resultFile + " was not written");
+        }
+        grid.forget(this, (withProject || unused) && !owesResultFile);
     }
 }

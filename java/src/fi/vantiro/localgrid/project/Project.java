@@ -97,7 +97,7 @@ public final class Project {
         jobs.stop();
         removed = true;
         if (jobs.areEnded()) {
-            directory.deleteResults();
+            directory.delete();
         }
     }
 
@@ -106,7 +106,7 @@ public final class Project {
         jobs.end(job, failure);
         if (removed && jobs.areEnded()) {
             try {
-                directory.deleteResults();
+                directory.delete();
             } catch (IOException e) {
                 report("cannot remove its files", e);
             }
