@@ -79,7 +79,7 @@ TEST_F(Files, AreTheUsersAlone) {
   EXPECT_EQ(vantiro_setDownloadDir(project, path("down").c_str()), 0);
   EXPECT_EQ(vantiro_downloadResult(project), 1);
   EXPECT_EQ(mode(path("down/job-1.zip")), 0666u) << "the user's own directory, and umask";
-  EXPECT_EQ(count(path("down")), 1u) << "what was written beside it was renamed";
+  EXPECT_EQ(count(path("down")), 2u) << "and the note whose they are";
   EXPECT_GT(vantiro_unzip(project), 1);
   EXPECT_EQ(mode(path("down/job-1/out")), 0754u) << "as the job made it";
   const std::string all =

@@ -2,6 +2,8 @@ package fi.vantiro.localgrid.base;
 
 import java.nio.file.Path;
 import java.nio.file.Paths;
+import java.util.Collection;
+import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.Map;
 
@@ -96,5 +98,17 @@ public final class Arguments {
     /** The name of an environment variable for a key of any characters. */
     public static String variable(String prefix, String key) {
         return prefix + key.replaceAll("[^A-Za-z0-9_]", "_");
+    }
+
+    /** Fails when two keys would be one variable. */
+    public static void checkVariables(String prefix, Collection<String> keys) {
+        Map<String, String> known = new HashMap<>();
+        for (String key : keys) {
+            String other = known.put(variable(prefix, key), key);
+            if (other != null) {
+                throw bad(
+                        other + " and another key are one variable, " + variable(prefix, key), key);
+            }
+        }
     }
 }

@@ -1,29 +1,34 @@
 package fi.vantiro.localgrid.bundle;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
 import fi.vantiro.localgrid.files.KernelLock;
 import fi.vantiro.localgrid.files.Trees;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.nio.file.StandardCopyOption;
 import java.util.ArrayList;
 import java.util.Comparator;
 import java.util.List;
 import java.util.function.Predicate;
+import java.util.logging.Logger;
 
 /** The bundles of a grid home: those uploaded, and those approved for use. */
 public final class BundleStore {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+
     private final Path root;
     private final Path uploaded;
     private final Path approved;
+    private final Path damaged;
 
     public BundleStore(Path root) {
         this.root = root;
         uploaded = root.resolve("uploaded");
         approved = root.resolve("approved");
+        damaged = root.resolve("damaged");
     }
 
     private <T> T exclusively(KernelLock.Work<T> work) throws GridException, IOException {
@@ -36,25 +41,40 @@ public final class BundleStore {
     void upload(Path archive) throws GridException, IOException {
         BundleInfo info = BundleArchive.verify(archive);
         exclusively(() -> {
-            Archives.replace(uploaded.resolve(info.fileName()),
-                    part -> Files.copy(archive, part, StandardCopyOption.REPLACE_EXISTING));
+            AtomicFile.write(uploaded.resolve(info.fileName()), out -> Files.copy(archive, out));
             return null;
         });
     }
 
-    /** Makes all uploaded bundles usable; how many. */
+    /**
+     * Makes all uploaded bundles usable; how many. A damaged one is set aside, and an error only
+     * when it is the only one: another program may have uploaded it.
+     */
     int approve() throws GridException, IOException {
         return exclusively(() -> {
-            List<Path> archives = Trees.list(uploaded, "*.jar");
-            for (Path archive : archives) {
-                BundleArchive.verify(archive);
+            int count = 0;
+            GridException failure = null;
+            for (Path archive : Trees.list(uploaded, "*.jar")) {
+                try {
+                    BundleArchive.verify(archive);
+                    AtomicFile.moveInto(archive, approved.resolve(archive.getFileName()));
+                    count++;
+                } catch (GridException e) {
+                    failure = e;
+                    setAside(archive, e);
+                }
             }
-            for (Path archive : archives) {
-                Files.move(archive, approved.resolve(archive.getFileName()),
-                        StandardCopyOption.REPLACE_EXISTING);
+            if (failure != null && count == 0) {
+                throw failure;
             }
-            return archives.size();
+            return count;
         });
+    }
+
+    private void setAside(Path archive, GridException why) throws IOException {
+        Trees.createPrivate(damaged);
+        AtomicFile.moveInto(archive, damaged.resolve(archive.getFileName()));
+        LOG.warning(why.getMessage() + "; it is not approved, but moved to " + damaged);
     }
 
     /** Removes what a program left that died while it uploaded. */
@@ -63,7 +83,7 @@ public final class BundleStore {
             return;
         }
         exclusively(() -> {
-            for (Path part : Trees.list(uploaded, "*.part")) {
+            for (Path part : Trees.list(uploaded, "*" + AtomicFile.PART)) {
                 Files.delete(part);
             }
             return null;
@@ -102,9 +122,13 @@ public final class BundleStore {
             throws GridException, IOException {
         List<BundleInfo> found = new ArrayList<>();
         for (Path archive : Trees.list(approved, "*.jar")) {
-            BundleInfo info = BundleArchive.info(archive);
-            if (condition.test(info)) {
-                found.add(info);
+            try {
+                BundleInfo info = BundleArchive.info(archive);
+                if (condition.test(info)) {
+                    found.add(info);
+                }
+            } catch (GridException e) {
+                LOG.warning(e.getMessage() + "; it is passed over");
             }
         }
         return found;

@@ -64,7 +64,13 @@ public final class ProjectBundles {
                 throw new GridException(Status.NOT_FOUND, "cannot read file " + file);
             }
             boolean below = file.startsWith(base);
-            entries.put((below ? base.relativize(file) : file.getFileName()).toString(), file);
+            Path entry = below ? base.relativize(file) : file.getFileName();
+            Path other = entries.put(entry.toString(), file);
+            if (other != null && !other.equals(file)) {
+                throw new IllegalArgumentException(other + " and " + file + " would both be "
+                        + entry
+                        + " in the bundle; files below the base directory keep their paths");
+            }
         }
         return entries;
     }

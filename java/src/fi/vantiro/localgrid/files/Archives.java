@@ -2,18 +2,17 @@ package fi.vantiro.localgrid.files;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.Status;
-import java.io.BufferedOutputStream;
 import java.io.IOException;
 import java.io.InputStream;
+import java.io.OutputStream;
+import java.nio.ByteBuffer;
+import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.InvalidPathException;
 import java.nio.file.Path;
-import java.nio.file.StandardCopyOption;
-import java.util.Collection;
 import java.util.Collections;
 import java.util.List;
 import java.util.Map;
-import java.util.concurrent.ThreadLocalRandom;
 import java.util.function.Predicate;
 import java.util.zip.ZipEntry;
 import java.util.zip.ZipException;
@@ -24,48 +23,39 @@ import java.util.zip.ZipOutputStream;
 public final class Archives {
     private Archives() {}
 
-    /** Fills a file that takes the place of an old one only when it is whole. */
-    @FunctionalInterface
-    public interface Writing {
-        void to(Path file) throws IOException;
-    }
-
-    public static void replace(Path target, Writing writing) throws IOException {
-        Trees.create(target.getParent());
-        String random = Long.toHexString(ThreadLocalRandom.current().nextLong());
-        Path part = target.resolveSibling(target.getFileName() + "." + random + ".part");
-        try {
-            writing.to(part);
-            // Otherwise Java removes the old file first, and there is none for a moment.
-            Files.move(part, target, StandardCopyOption.ATOMIC_MOVE);
-        } finally {
-            Files.deleteIfExists(part);
-        }
-    }
-
-    /** Every number in an archive is written byte by byte. */
-    private static ZipOutputStream writer(Path file) throws IOException {
-        return new ZipOutputStream(new BufferedOutputStream(Files.newOutputStream(file)));
-    }
-
-    /** Packs the named files below the root. */
-    public static void pack(Path archive, Path root, Collection<String> names) throws IOException {
-        replace(archive, part -> {
-            try (ZipOutputStream zip = writer(part)) {
-                for (String name : names) {
-                    ZipEntry entry = new ZipEntry(name);
-                    FileMode.write(root.resolve(name), entry);
-                    zip.putNextEntry(entry);
-                    Files.copy(root.resolve(name), zip);
+    /** Packs a job's outputs, but those that cannot be read. */
+    public static void pack(Path archive, Outputs outputs) throws IOException {
+        ByteBuffer buffer = ByteBuffer.allocate(1 << 16);
+        AtomicFile.write(archive, out -> {
+            try (ZipOutputStream zip = new ZipOutputStream(out)) {
+                for (String name : outputs.names()) {
+                    pack(zip, outputs, name, buffer);
                 }
             }
         });
     }
 
+    private static void pack(ZipOutputStream zip, Outputs outputs, String name, ByteBuffer buffer)
+            throws IOException {
+        FileChannel opened;
+        try {
+            opened = Outputs.open(outputs.path(name));
+        } catch (IOException e) {
+            outputs.lose(name, e);
+            return;
+        }
+        try (FileChannel file = opened) {
+            ZipEntry entry = new ZipEntry(name);
+            entry.setExtra(FileMode.field(FileMode.of(outputs.path(name))));
+            zip.putNextEntry(entry);
+            Outputs.copy(file, zip, buffer);
+        }
+    }
+
     /** Packs the contents of several archives, each below a directory of its own. */
     public static void merge(Path archive, Map<String, Path> parts) throws IOException {
-        replace(archive, file -> {
-            try (ZipOutputStream zip = writer(file)) {
+        AtomicFile.write(archive, out -> {
+            try (ZipOutputStream zip = new ZipOutputStream(out)) {
                 for (Map.Entry<String, Path> part : parts.entrySet()) {
                     append(zip, part.getKey(), part.getValue());
                 }
@@ -75,16 +65,13 @@ public final class Archives {
 
     private static void append(ZipOutputStream zip, String directory, Path archive)
             throws IOException {
-        byte[] buffer = new byte[1 << 13];
         try (ZipFile source = new ZipFile(archive.toFile())) {
             for (ZipEntry entry : Collections.list(source.entries())) {
                 ZipEntry copy = new ZipEntry(directory + "/" + entry.getName());
                 copy.setExtra(entry.getExtra());
                 zip.putNextEntry(copy);
                 try (InputStream content = source.getInputStream(entry)) {
-                    for (int n = content.read(buffer); n >= 0; n = content.read(buffer)) {
-                        zip.write(buffer, 0, n);
-                    }
+                    copy(content, zip);
                 }
             }
         }
@@ -128,12 +115,25 @@ public final class Archives {
             Trees.create(target);
             return 0;
         }
-        Trees.create(target.getParent());
-        try (InputStream content = zip.getInputStream(entry)) {
-            Files.copy(content, target, StandardCopyOption.REPLACE_EXISTING);
-        }
-        FileMode.restore(entry, target);
+        unpack(zip, entry, target);
         return 1;
+    }
+
+    /** Writes an entry with its permissions; several threads may write the same one. */
+    public static void unpack(ZipFile zip, ZipEntry entry, Path target) throws IOException {
+        AtomicFile.write(target, out -> {
+            try (InputStream content = zip.getInputStream(entry)) {
+                copy(content, out);
+            }
+        }, part -> FileMode.restore(entry, part));
+    }
+
+    /** Copies a stream to its end. */
+    public static void copy(InputStream in, OutputStream out) throws IOException {
+        byte[] buffer = new byte[1 << 16];
+        for (int n = in.read(buffer); n >= 0; n = in.read(buffer)) {
+            out.write(buffer, 0, n);
+        }
     }
 
     private static Path target(Path directory, ZipEntry entry, Path archive) throws GridException {

@@ -9,7 +9,10 @@ import java.util.zip.CRC32;
 import java.util.zip.ZipEntry;
 
 /** The permissions of a file in an archive: the extra field "ASi Unix" of its entry. */
-final class FileMode {
+public final class FileMode {
+    /** The type of an ordinary file. */
+    public static final int REGULAR = 0100000;
+
     private static final short FIELD = 0x756e;
     private static final int PERMISSIONS = 0777;
     private static final int HEADER = 4;
@@ -19,16 +22,22 @@ final class FileMode {
 
     private FileMode() {}
 
-    static void write(Path file, ZipEntry entry) throws IOException {
-        ByteBuffer rest = buffer(REST).putShort(((Integer) mode(file)).shortValue());
+    /** The type and permissions of a file. */
+    public static int of(Path file) throws IOException {
+        return (Integer) Files.getAttribute(file, "unix:mode");
+    }
+
+    /** The extra field that holds a mode. */
+    public static byte[] field(int mode) {
+        ByteBuffer rest = buffer(REST).putShort((short) mode);
         CRC32 crc = new CRC32();
         crc.update(rest.array());
-        entry.setExtra(buffer(HEADER + CHECKSUM + REST)
-                               .putShort(FIELD)
-                               .putShort((short) (CHECKSUM + REST))
-                               .putInt((int) crc.getValue())
-                               .put(rest.array())
-                               .array());
+        return buffer(HEADER + CHECKSUM + REST)
+                .putShort(FIELD)
+                .putShort((short) (CHECKSUM + REST))
+                .putInt((int) crc.getValue())
+                .put(rest.array())
+                .array();
     }
 
     /** Gives a file the permissions that its entry has, if it has any. */
@@ -44,10 +53,6 @@ final class FileMode {
             }
             extra.position(Math.min(Math.max(next, extra.position()), extra.limit()));
         }
-    }
-
-    private static Object mode(Path file) throws IOException {
-        return Files.getAttribute(file, "unix:mode");
     }
 
     private static ByteBuffer buffer(int size) {

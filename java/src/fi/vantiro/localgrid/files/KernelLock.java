@@ -4,6 +4,7 @@ import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.Status;
 import java.io.Closeable;
 import java.io.IOException;
+import java.nio.channels.ClosedByInterruptException;
 import java.nio.channels.FileChannel;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
@@ -69,6 +70,13 @@ public final class KernelLock implements Closeable {
         }
     }
 
+    /** Whether somebody has a lock on the first bytes of a file. */
+    public static boolean isHeld(Path file, int bytes) throws GridException, IOException {
+        try (KernelLock lock = Files.exists(file) ? tryLock(file, bytes) : null) {
+            return lock == null && Files.exists(file);
+        }
+    }
+
     /** Runs the work while no other thread or program runs work under the same file. */
     public static <T> T exclusively(Path file, Work<T> work) throws GridException, IOException {
         Path real = file.getParent().toRealPath().resolve(file.getFileName());
@@ -89,9 +97,11 @@ public final class KernelLock implements Closeable {
     }
 
     private static GridException refused(Path file, IOException e) {
+        String why = e instanceof ClosedByInterruptException ? "the thread was interrupted"
+                                                             : GridException.text(e);
         return new GridException(Status.IO_ERROR,
-                "the file system of " + file + " does not lock files (" + e.getMessage()
-                        + "); use a directory on one that does");
+                "cannot lock " + file + ": " + why
+                        + "; it has to be on a file system that locks files");
     }
 
     private static Object key(Path file) throws IOException {

@@ -2,23 +2,20 @@ package fi.vantiro.localgrid.files;
 
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
-import java.nio.file.AtomicMoveNotSupportedException;
 import java.nio.file.DirectoryIteratorException;
 import java.nio.file.DirectoryStream;
-import java.nio.file.FileVisitResult;
 import java.nio.file.Files;
 import java.nio.file.InvalidPathException;
 import java.nio.file.LinkOption;
-import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
-import java.nio.file.SimpleFileVisitor;
-import java.nio.file.StandardCopyOption;
-import java.nio.file.attribute.BasicFileAttributes;
+import java.nio.file.SecureDirectoryStream;
 import java.nio.file.attribute.FileAttribute;
+import java.nio.file.attribute.PosixFileAttributes;
 import java.nio.file.attribute.PosixFilePermission;
 import java.nio.file.attribute.PosixFilePermissions;
 import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.EnumSet;
 import java.util.List;
 import java.util.Set;
 
@@ -26,6 +23,8 @@ import java.util.Set;
 public final class Trees {
     private static final FileAttribute<?> PRIVATE =
             PosixFilePermissions.asFileAttribute(PosixFilePermissions.fromString("rwx------"));
+
+    static final Set<PosixFilePermission> ACCESS = PosixFilePermissions.fromString("rwx------");
 
     private Trees() {}
 
@@ -54,77 +53,39 @@ public final class Trees {
         return found;
     }
 
-    /** Deletes a tree if it is there; links in it are removed, not followed. */
-    public static void delete(Path tree) throws IOException {
-        if (!Files.exists(tree, LinkOption.NOFOLLOW_LINKS)) {
-            return;
-        }
-        Files.walkFileTree(tree, new SimpleFileVisitor<Path>() {
-            @Override
-            public FileVisitResult preVisitDirectory(Path dir, BasicFileAttributes attributes)
-                    throws IOException {
-                try {
-                    addPermissions(dir, PosixFilePermission.OWNER_WRITE,
-                            PosixFilePermission.OWNER_EXECUTE);
-                    return FileVisitResult.CONTINUE;
-                } catch (NoSuchFileException e) {
-                    // Somebody else deletes the tree at the same time.
-                    return FileVisitResult.SKIP_SUBTREE;
-                }
-            }
-
-            @Override
-            public FileVisitResult visitFile(Path file, BasicFileAttributes attributes)
-                    throws IOException {
-                Files.deleteIfExists(file);
-                return FileVisitResult.CONTINUE;
-            }
-
-            @Override
-            public FileVisitResult visitFileFailed(Path file, IOException failure)
-                    throws IOException {
-                if (failure instanceof NoSuchFileException) {
-                    return FileVisitResult.CONTINUE;
-                }
-                // A directory whose owner may not read it can be made readable and tried again.
-                if (failure instanceof AccessDeniedException
-                        && addPermissions(file, PosixFilePermission.OWNER_READ,
-                                PosixFilePermission.OWNER_EXECUTE)) {
-                    delete(file);
-                    return FileVisitResult.CONTINUE;
-                }
-                throw failure;
-            }
-
-            @Override
-            public FileVisitResult postVisitDirectory(Path dir, IOException failure)
-                    throws IOException {
-                Files.deleteIfExists(dir);
-                return FileVisitResult.CONTINUE;
-            }
-        });
-    }
-
-    /** Copies one file with its permissions and times, making the directories above the target. */
-    public static void copy(Path source, Path target) throws IOException {
-        create(target.getParent());
-        Files.copy(source, target, StandardCopyOption.REPLACE_EXISTING,
-                StandardCopyOption.COPY_ATTRIBUTES);
-    }
-
-    /**
-     * Moves one file with its permissions, in the place of an older one; a link's file is copied.
-     */
-    public static void move(Path source, Path target) throws IOException {
-        if (Files.isSymbolicLink(source)) {
-            copy(source, target);
-            return;
-        }
+    /** A handle of a directory, which is made accessible to its owner. */
+    static SecureDirectoryStream<Path> open(Path directory) throws IOException {
         try {
-            Files.move(source, target, StandardCopyOption.ATOMIC_MOVE);
-        } catch (AtomicMoveNotSupportedException e) {
-            Files.move(source, target, StandardCopyOption.REPLACE_EXISTING);
+            return secure(directory);
+        } catch (AccessDeniedException e) {
+            giveAccess(directory);
+            return secure(directory);
         }
+    }
+
+    private static SecureDirectoryStream<Path> secure(Path directory) throws IOException {
+        return (SecureDirectoryStream<Path>) Files.newDirectoryStream(directory);
+    }
+
+    /** Lets the owner of a directory, if that is who asks, list it, enter it and change it. */
+    public static void giveAccess(Path directory) {
+        try {
+            PosixFileAttributes attributes = Files.readAttributes(
+                    directory, PosixFileAttributes.class, LinkOption.NOFOLLOW_LINKS);
+            Set<PosixFilePermission> all = EnumSet.copyOf(ACCESS);
+            if (attributes.isDirectory() && !attributes.permissions().containsAll(all)) {
+                all.addAll(attributes.permissions());
+                Files.setPosixFilePermissions(directory, all);
+            }
+        } catch (IOException e) {
+            // What is done next tells whether it mattered.
+            return;
+        }
+    }
+
+    /** Deletes a tree if it is there, links in it, not what they lead to; what could not go. */
+    public static Failures delete(Path tree) throws IOException {
+        return Deletion.of(tree);
     }
 
     /** Whether the name of a file is text that leads to it again. */
@@ -136,30 +97,15 @@ public final class Trees {
         }
     }
 
-    /** Writes what is no text in the names below a directory as %XX. */
-    public static void nameFiles(Path root) throws IOException {
-        Files.walkFileTree(root, new SimpleFileVisitor<Path>() {
-            @Override
-            public FileVisitResult visitFile(Path file, BasicFileAttributes attributes)
-                    throws IOException {
-                return name(file);
-            }
-
-            @Override
-            public FileVisitResult postVisitDirectory(Path dir, IOException failure)
-                    throws IOException {
-                return dir.equals(root) ? FileVisitResult.CONTINUE : name(dir);
-            }
-
-            private FileVisitResult name(Path file) throws IOException {
-                if (!isNamed(file.getFileName())) {
-                    String text = file.getFileName().toUri().getRawPath();
-                    String name = text.substring(text.lastIndexOf('/') + 1);
-                    Files.move(file, file.resolveSibling(name));
-                }
-                return FileVisitResult.CONTINUE;
-            }
-        });
+    /** Renames a file whose name is no text: %XX stands for each byte that is none. */
+    public static Path giveName(Path file) throws IOException {
+        String text = file.getFileName().toUri().getRawPath().replaceAll("/$", "");
+        String name = text.substring(text.lastIndexOf('/') + 1);
+        Path named = file.resolveSibling(name);
+        for (int i = 1; Files.exists(named, LinkOption.NOFOLLOW_LINKS); i++) {
+            named = file.resolveSibling(name + "." + i);
+        }
+        return Files.move(file, named);
     }
 
     /** Puts a symbolic link to the source at the target. */
@@ -174,14 +120,10 @@ public final class Trees {
                 PosixFilePermission.OTHERS_EXECUTE);
     }
 
-    /** Whether the path did not have them all before. */
-    private static boolean addPermissions(Path path, PosixFilePermission... permissions)
-            throws IOException {
+    static void addPermissions(Path path, PosixFilePermission... permissions) throws IOException {
         Set<PosixFilePermission> all = Files.getPosixFilePermissions(path);
-        boolean added = all.addAll(Arrays.asList(permissions));
-        if (added) {
+        if (all.addAll(Arrays.asList(permissions))) {
             Files.setPosixFilePermissions(path, all);
         }
-        return added;
     }
 }

@@ -9,6 +9,7 @@ import fi.vantiro.localgrid.files.Trees;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
+import java.nio.file.AccessDeniedException;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.Path;
@@ -38,8 +39,8 @@ public final class GridHome {
     private final Path root;
     private final Path projects;
     private final Path owners;
-    /** Holds what is being deleted. */
     private final Path removed;
+    private final Trash trash;
     private boolean warned;
     private Path owned;
 
@@ -48,6 +49,7 @@ public final class GridHome {
         projects = root.resolve("projects");
         owners = root.resolve("owners");
         removed = root.resolve("removed");
+        trash = new Trash(root);
     }
 
     /** Makes the directory; a failure unless files can be written there that nobody can replace. */
@@ -157,22 +159,29 @@ public final class GridHome {
     private Set<String> removeDeadOwners() throws GridException, IOException {
         Set<String> living = new HashSet<>();
         for (Path owner : Trees.list(owners, "*")) {
-            KernelLock lock = KernelLock.tryLock(owner, OWNER_BYTES);
-            if (lock == null) {
+            if (isAlive(owner)) {
                 living.add(owner.getFileName().toString());
             } else {
-                lock.close();
                 Files.delete(owner);
             }
         }
         return living;
     }
 
+    /** Nothing is taken from an owner of whom nothing can be known. */
+    private static boolean isAlive(Path owner) throws GridException, IOException {
+        try {
+            return KernelLock.isHeld(owner, OWNER_BYTES);
+        } catch (AccessDeniedException e) {
+            return true;
+        }
+    }
+
     /** A directory for a new project, with a number that no other project here had. */
     public ProjectDirectory newProject() throws GridException, IOException {
         check();
         String owner = ownerLock().getFileName().toString();
-        return exclusively(() -> ProjectDirectory.create(free(), owner));
+        return exclusively(() -> ProjectDirectory.create(free(), trash, owner));
     }
 
     /** The path of the next project. */
@@ -215,7 +224,7 @@ public final class GridHome {
         }
         String own = ownerLock().getFileName().toString();
         exclusively(() -> {
-            ProjectDirectory other = new ProjectDirectory(path(number));
+            ProjectDirectory other = new ProjectDirectory(path(number), trash);
             if (number != project.number() && other.exists()) {
                 if (other.owner().equals(own) || removeDeadOwners().contains(other.owner())) {
                     throw new GridException(Status.WRONG_STATE,
@@ -240,27 +249,39 @@ public final class GridHome {
             Set<String> living = removeDeadOwners();
             int directories = 0;
             for (ProjectDirectory project : projects()) {
-                String owner = project.owner();
-                if (owner.equals(own) ? project.isEnded() : !living.contains(owner)) {
-                    boolean all = results || owner.isEmpty();
-                    directories += all ? project.discard(removed) : project.discardWork(removed);
-                }
+                directories += discard(project, own, living, results);
             }
-            trees.addAll(Trees.list(removed, "*"));
+            trees.addAll(trash.trees());
             return directories;
         });
         for (Path tree : trees) {
-            Trees.delete(tree);
+            trash.deleteInPlace(tree);
         }
         bundles().cleanup();
         return count;
+    }
+
+    /** Takes away what a project left that is no longer active; one that fails keeps no other. */
+    private static int discard(
+            ProjectDirectory project, String own, Set<String> living, boolean results) {
+        try {
+            String owner = project.owner();
+            if (owner.equals(own) ? !project.isEnded() : living.contains(owner)) {
+                return 0;
+            }
+            return results || owner.isEmpty() ? project.discard() : project.discardWork();
+        } catch (IOException e) {
+            LOG.warning(
+                    "cannot clean up project " + project.number() + ": " + GridException.text(e));
+            return 0;
+        }
     }
 
     private List<ProjectDirectory> projects() throws IOException {
         List<ProjectDirectory> found = new ArrayList<>();
         for (Path path : Trees.list(projects, "[0-9]*")) {
             if (path.getFileName().toString().matches("\\d{1,10}")) {
-                found.add(new ProjectDirectory(path));
+                found.add(new ProjectDirectory(path, trash));
             }
         }
         return found;

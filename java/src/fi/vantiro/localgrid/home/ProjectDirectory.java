@@ -1,27 +1,30 @@
 package fi.vantiro.localgrid.home;
 
+import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.files.Trees;
 import fi.vantiro.localgrid.process.JobFile;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
-import java.nio.file.DirectoryStream;
 import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.NoSuchFileException;
 import java.nio.file.Path;
-import java.util.concurrent.ThreadLocalRandom;
 
 /** The directory of one project in the grid's home. */
 public final class ProjectDirectory {
+    static final String OWNER = "owner";
+
+    private final Trash trash;
     private volatile Path root;
 
-    ProjectDirectory(Path root) {
+    ProjectDirectory(Path root, Trash trash) {
         this.root = root;
+        this.trash = trash;
     }
 
     /** Makes the directory of a project that lives in the program of that owner's file. */
-    static ProjectDirectory create(Path root, String owner) throws IOException {
-        ProjectDirectory directory = new ProjectDirectory(root);
+    static ProjectDirectory create(Path root, Trash trash, String owner) throws IOException {
+        ProjectDirectory directory = new ProjectDirectory(root, trash);
         boolean whole = false;
         try {
             Trees.createPrivate(root);
@@ -65,7 +68,7 @@ public final class ProjectDirectory {
     }
 
     private Path ownerFile() {
-        return root.resolve("owner");
+        return root.resolve(OWNER);
     }
 
     private Path endedFile() {
@@ -98,34 +101,40 @@ public final class ProjectDirectory {
         }
     }
 
+    /** Has the directory take this project's results, and no other one's. */
+    public void claim(Path directory) throws GridException, IOException {
+        Path owners = root.resolveSibling("../owners").normalize();
+        ResultsClaim.make(directory, owners.resolve(owner()), root);
+    }
+
     /** Moves the working directories away; how many there were. */
-    int discardWork(Path trash) throws IOException {
+    int discardWork() throws IOException {
         int count = 0;
-        if (Files.isDirectory(work())) {
-            try (DirectoryStream<Path> jobs = Files.newDirectoryStream(work())) {
-                for (Path job : jobs) {
-                    count += Files.isDirectory(job) ? 1 : 0;
-                }
+        if (Files.isDirectory(work(), LinkOption.NOFOLLOW_LINKS)) {
+            Trees.giveAccess(work());
+            for (Path job : Trees.list(work(), "*")) {
+                count += Files.isDirectory(job, LinkOption.NOFOLLOW_LINKS) ? 1 : 0;
             }
-            Files.move(work(), unused(trash));
+            trash.take(work());
         }
         return count;
     }
 
     /** Moves everything away; the number of working directories, and 1 when there were results. */
-    int discard(Path trash) throws IOException {
+    int discard() throws IOException {
         boolean results = Files.isDirectory(results()) || Files.isDirectory(state());
-        int count = discardWork(trash) + (results ? 1 : 0);
-        Files.move(root, unused(trash));
+        int count = discardWork() + (results ? 1 : 0);
+        trash.take(root);
         return count;
     }
 
-    private static Path unused(Path trash) {
-        return trash.resolve(Long.toHexString(ThreadLocalRandom.current().nextLong()));
+    /** Deletes what a job left in its working directory. */
+    public void deleteWork(int job) throws IOException {
+        trash.deleteInPlace(work(job));
     }
 
-    /** Removes everything of the project. */
-    public void deleteResults() throws IOException {
-        Trees.delete(root);
+    /** Deletes everything of the project. */
+    public void delete() throws IOException {
+        trash.delete(root);
     }
 }

@@ -2,8 +2,9 @@ package fi.vantiro.localgrid.home;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
 import fi.vantiro.localgrid.files.KernelLock;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.files.Trees;
 import java.io.Closeable;
 import java.io.IOException;
@@ -45,7 +46,7 @@ public final class StateDirectory implements Closeable {
         this.root = root;
     }
 
-    Path root() {
+    public Path root() {
         return root;
     }
 
@@ -81,8 +82,8 @@ public final class StateDirectory implements Closeable {
     }
 
     private void startRecord() throws IOException {
-        Archives.replace(root.resolve(RECORD),
-                part -> Files.write(part, text(recorded).getBytes(StandardCharsets.UTF_8)));
+        AtomicFile.write(root.resolve(RECORD),
+                out -> out.write(text(recorded).getBytes(StandardCharsets.UTF_8)));
         if (record != null) {
             record.close();
         }
@@ -160,26 +161,23 @@ public final class StateDirectory implements Closeable {
         }
     }
 
-    /** Takes the outputs of a job over, from a directory that keeps them or not. */
-    public void take(int job, Path from, Collection<String> names, boolean keeps)
-            throws GridException, IOException {
+    /** Takes the outputs of a job over, from a directory where they stay or not. */
+    public void take(int job, Outputs outputs, boolean stay) throws GridException, IOException {
         Set<String> files = new LinkedHashSet<>();
         boolean isNew = isMade(outputs(job));
-        for (String name : names) {
+        for (String name : outputs.names()) {
             String file = "job-" + job + "/" + name;
-            if (!isNew || name.indexOf('/') >= 0) {
+            if (!isNew) {
                 checkFree(file);
-                Trees.create(root.resolve(file).getParent());
             }
             files.add(file);
         }
         append(files);
-        for (String name : names) {
-            Path target = outputs(job).resolve(name);
-            if (keeps) {
-                Trees.copy(from.resolve(name), target);
-            } else {
-                Trees.move(from.resolve(name), target);
+        for (String name : outputs.names()) {
+            try {
+                outputs.put(name, outputs(job).resolve(name), stay);
+            } catch (IOException e) {
+                outputs.lose(name, e);
             }
         }
     }

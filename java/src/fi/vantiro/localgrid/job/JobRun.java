@@ -2,8 +2,9 @@ package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.GridThreads;
+import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.Trees;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.JobOutcome;
 import fi.vantiro.localgrid.process.Keeper;
@@ -16,12 +17,14 @@ import java.nio.file.Path;
 import java.util.Collection;
 import java.util.LinkedHashMap;
 import java.util.Map;
+import java.util.logging.Logger;
 
 /**
  * Takes one job from its inputs to its results. It needs a thread twice, to hand the job to the
  * keeper and to collect what it left, and none while the job runs.
  */
 public final class JobRun implements Runnable, Keeper.Client {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
     private static final int TAIL = 1000;
     private static final int NOT_EXECUTABLE = 126;
     private static final int NOT_FOUND = 127;
@@ -37,6 +40,8 @@ public final class JobRun implements Runnable, Keeper.Client {
     private LineFollower follower;
     private volatile JobOutcome outcome;
     private String failure;
+    /** Whether nothing of what the job wrote is in its directory alone. */
+    private boolean isCollected;
 
     private Keeper keeper;
     private int id;
@@ -83,7 +88,9 @@ public final class JobRun implements Runnable, Keeper.Client {
         directory = WorkDirectory.create(work.directory(number));
         Map<String, String> environment = new LinkedHashMap<>();
         work.prepare(number, directory.root(), environment);
-        directory.inputsPlaced();
+        if (work.outputs().isEmpty()) {
+            directory.inputsPlaced();
+        }
         engine.writeJobFile(file(), directory.root(), environment, job.command);
         // They are there from the start: a file that was missed once may stay unseen on a network.
         for (String stream : new String[] {WorkDirectory.STDOUT, WorkDirectory.STDERR}) {
@@ -135,7 +142,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         try {
             failure = results();
         } catch (Throwable e) {
-            failure = GridException.text(e);
+            failure = GridException.text(e) + "; what it wrote is in " + directory.root();
         }
         end();
     }
@@ -145,14 +152,19 @@ public final class JobRun implements Runnable, Keeper.Client {
         boolean keepsLines =
                 follower != null && follower.isAt(directory.file(WorkDirectory.STDOUT));
         Collection<String> patterns = work.outputs();
-        Collection<String> outputs =
+        Outputs outputs =
                 patterns.isEmpty() ? directory.changedFiles() : directory.listedFiles(patterns);
         String reason = reason(outputs);
-        Path kept = work.collect(number, directory.root(), outputs, reason == null);
+        Path kept = work.collect(number, outputs, reason == null);
         if (follower != null) {
             follower.end(keepsLines && kept != null ? kept.resolve(WorkDirectory.STDOUT) : null);
         }
-        return reason;
+        isCollected = outputs.lost().isEmpty();
+        if (!isCollected) {
+            LOG.warning("job " + number + " of " + owner + " left what cannot be kept ("
+                    + outputs.lost() + "); see " + directory.root());
+        }
+        return reason == null ? missing(outputs) : reason;
     }
 
     private void end() {
@@ -161,8 +173,8 @@ public final class JobRun implements Runnable, Keeper.Client {
                 follower.end(null);
             }
             file().delete();
-            if (directory != null && !work.keepsWork()) {
-                Trees.delete(directory.root());
+            if (directory != null && !work.keepsWork() && (outcome == null || isCollected)) {
+                work.deleteDirectory(number);
             }
         } catch (Throwable e) {
             failure = failure == null ? GridException.text(e) : failure;
@@ -176,7 +188,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         owner.ended(job, outcome, failure);
     }
 
-    private String reason(Collection<String> outputs) throws IOException {
+    private String reason(Outputs outputs) throws IOException {
         switch (outcome.ending) {
             case EXITED:
                 return outcome.status == 0 ? missing(outputs)
@@ -199,7 +211,7 @@ public final class JobRun implements Runnable, Keeper.Client {
                                                    : "";
     }
 
-    private String missing(Collection<String> outputs) throws IOException {
+    private String missing(Outputs outputs) throws IOException {
         for (String name : work.outputs()) {
             if (!WorkDirectory.isPattern(name) && !outputs.contains(name)) {
                 return "it did not write its output file " + name + errors();

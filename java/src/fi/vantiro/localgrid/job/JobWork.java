@@ -1,6 +1,7 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.Keeper;
 import java.io.IOException;
@@ -35,9 +36,10 @@ public interface JobWork {
      * Takes the outputs over before the working directory goes; the directory where they are as
      * files now, null when there is none.
      */
-    Path collect(int job, Path directory, Collection<String> outputs, boolean succeeded)
-            throws GridException, IOException;
+    Path collect(int job, Outputs outputs, boolean succeeded) throws GridException, IOException;
 
     /** Whether the working directories stay. */
     boolean keepsWork();
+
+    void deleteDirectory(int job) throws IOException;
 }

@@ -1,21 +1,26 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.Arguments;
+import fi.vantiro.localgrid.files.Failures;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.files.Trees;
 import java.io.IOException;
 import java.nio.file.FileSystems;
-import java.nio.file.FileVisitResult;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.nio.file.PathMatcher;
-import java.nio.file.SimpleFileVisitor;
 import java.nio.file.attribute.BasicFileAttributes;
+import java.util.ArrayDeque;
+import java.util.Arrays;
 import java.util.Collection;
+import java.util.Deque;
 import java.util.HashMap;
+import java.util.List;
 import java.util.Map;
+import java.util.Set;
 import java.util.TreeMap;
 import java.util.TreeSet;
-import java.util.function.Predicate;
 import java.util.stream.Collectors;
 
 /** The working directory of one job: what the job found there, and what it left. */
@@ -24,6 +29,8 @@ public final class WorkDirectory {
     public static final String STDERR = "stderr";
 
     private final Path root;
+    /** What could not be looked at. */
+    private final Failures lost = new Failures();
     private Map<String, String> inputs = new HashMap<>();
 
     private WorkDirectory(Path root) {
@@ -33,7 +40,8 @@ public final class WorkDirectory {
     /** Makes the directory, empty. */
     static WorkDirectory create(Path root) throws IOException {
         Trees.delete(root);
-        Files.createDirectories(root);
+        Trees.create(root.getParent());
+        Files.createDirectory(root);
         return new WorkDirectory(root);
     }
 
@@ -46,29 +54,65 @@ public final class WorkDirectory {
     }
 
     /** Takes all that is there now for the job's inputs. */
-    void inputsPlaced() throws IOException {
-        inputs = files();
+    void inputsPlaced() {
+        inputs = marks();
     }
 
-    /** The relative names of the files that the job created or changed, in order. */
-    Collection<String> changedFiles() throws IOException {
-        Map<String, String> now = files();
+    /** The files that the job created or changed. */
+    Outputs changedFiles() {
+        Map<String, String> now = marks();
         now.entrySet().removeIf(file -> file.getValue().equals(inputs.get(file.getKey())));
-        return now.keySet();
+        return outputs(now.keySet());
     }
 
-    /** The relative names of the files that fit a pattern, in order, and the two streams. */
-    Collection<String> listedFiles(Collection<String> patterns) throws IOException {
-        Collection<PathMatcher> matchers =
-                patterns.stream()
+    /** The files of these names, or that fit these patterns, and the two streams. */
+    Outputs listedFiles(Collection<String> listed) {
+        Set<String> found = new TreeSet<>();
+        for (String name : listed) {
+            if (!isPattern(name) && isFile(name)) {
+                found.add(name);
+            }
+        }
+        List<PathMatcher> matchers =
+                listed.stream()
+                        .filter(WorkDirectory::isPattern)
                         .map(pattern -> FileSystems.getDefault().getPathMatcher("glob:" + pattern))
                         .collect(Collectors.toList());
-        Predicate<String> listed = name
-                -> name.equals(STDOUT) || name.equals(STDERR)
-                || matchers.stream().anyMatch(
-                        matcher -> matcher.matches(FileSystems.getDefault().getPath(name)));
-        return files().keySet().stream().filter(listed).collect(
-                Collectors.toCollection(TreeSet::new));
+        if (!matchers.isEmpty()) {
+            for (String name : marks().keySet()) {
+                Path path = FileSystems.getDefault().getPath(name);
+                if (matchers.stream().anyMatch(matcher -> matcher.matches(path))) {
+                    found.add(name);
+                }
+            }
+        }
+        return outputs(found);
+    }
+
+    /** The named files and the streams, unless the job removed them. */
+    private Outputs outputs(Collection<String> found) {
+        Set<String> names = new TreeSet<>(found);
+        for (String stream : Arrays.asList(STDOUT, STDERR)) {
+            if (isFile(stream)) {
+                names.add(stream);
+            } else if (Files.exists(file(stream), LinkOption.NOFOLLOW_LINKS)) {
+                lost.add(file(stream), new IOException("it is no regular file any more"));
+            }
+        }
+        return new Outputs(root, names, lost);
+    }
+
+    /** Whether a file, or a link to one, has the name, and only directories lead to it. */
+    private boolean isFile(String name) {
+        Path directory = root;
+        for (Path part : FileSystems.getDefault().getPath(name)) {
+            if (!Files.isDirectory(directory, LinkOption.NOFOLLOW_LINKS)) {
+                return false;
+            }
+            Trees.giveAccess(directory);
+            directory = directory.resolve(part);
+        }
+        return Files.isRegularFile(directory);
     }
 
     /** A name or pattern in the form that listedFiles takes. */
@@ -84,25 +128,39 @@ public final class WorkDirectory {
     }
 
     /** Every file below the directory with a mark that changes when the file does. */
-    private Map<String, String> files() throws IOException {
+    private Map<String, String> marks() {
         Map<String, String> found = new TreeMap<>();
-        boolean[] unnamed = {false};
-        Files.walkFileTree(root, new SimpleFileVisitor<Path>() {
-            @Override
-            public FileVisitResult visitFile(Path file, BasicFileAttributes attributes) {
-                unnamed[0] |= !Trees.isNamed(file);
-                if (Files.isRegularFile(file)) {
-                    found.put(root.relativize(file).toString(),
-                            attributes.fileKey() + " " + attributes.size() + " "
-                                    + attributes.lastModifiedTime());
+        Deque<Path> directories = new ArrayDeque<>();
+        directories.add(root);
+        while (!directories.isEmpty()) {
+            Path directory = directories.remove();
+            try {
+                Trees.giveAccess(directory);
+                for (Path file : Trees.list(directory, "*")) {
+                    mark(file, found, directories);
                 }
-                return FileVisitResult.CONTINUE;
+            } catch (IOException e) {
+                lost.add(directory, e);
             }
-        });
-        if (unnamed[0]) {
-            Trees.nameFiles(root);
-            return files();
         }
         return found;
+    }
+
+    private void mark(Path path, Map<String, String> found, Deque<Path> directories) {
+        try {
+            Path file = Trees.isNamed(path.getFileName()) ? path : Trees.giveName(path);
+            BasicFileAttributes attributes = Files.readAttributes(
+                    file, BasicFileAttributes.class, LinkOption.NOFOLLOW_LINKS);
+            if (attributes.isDirectory()) {
+                directories.add(file);
+            } else if (attributes.isRegularFile()
+                    || attributes.isSymbolicLink() && Files.isRegularFile(file)) {
+                found.put(root.relativize(file).toString(),
+                        attributes.fileKey() + " " + attributes.size() + " "
+                                + attributes.lastModifiedTime());
+            }
+        } catch (IOException e) {
+            lost.add(path, e);
+        }
     }
 }

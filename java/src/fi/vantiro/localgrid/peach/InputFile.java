@@ -3,36 +3,36 @@ package fi.vantiro.localgrid.peach;
 import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.Status;
-import java.io.IOException;
+import fi.vantiro.localgrid.bundle.BundleArchive;
 import java.nio.file.Files;
 import java.nio.file.Path;
-import java.nio.file.attribute.PosixFilePermission;
-import java.nio.file.attribute.PosixFilePermissions;
-import java.util.Set;
 
 /** A file of this machine and the name under which jobs find it. */
 public final class InputFile {
+    private static final int AS_IT_IS = -1;
+
     final Path source;
     final String target;
-    private final Set<PosixFilePermission> permissions;
+    /** The permissions that jobs find, or those of the file when negative. */
+    private final int mode;
 
-    private InputFile(Path source, String target, Set<PosixFilePermission> permissions) {
+    private InputFile(Path source, String target, int mode) {
         this.source = source;
         this.target = Arguments.inside(target);
-        this.permissions = permissions;
+        this.mode = mode;
     }
 
     /** A file that keeps its name, below a directory that may be empty. */
     static InputFile in(String directory, String file) {
         String name = name(file);
         String target = directory.isEmpty() ? name : directory + "/" + name;
-        return new InputFile(Arguments.path(file), target, null);
+        return new InputFile(Arguments.path(file), target, AS_IT_IS);
     }
 
     /** A file with another name and an octal mode; empty ones leave both as they are. */
     public static InputFile named(String file, String target, String mode) {
         return new InputFile(Arguments.path(file), target.isEmpty() ? name(file) : target,
-                mode.isEmpty() ? null : permissions(mode));
+                mode.isEmpty() ? AS_IT_IS : permissions(mode));
     }
 
     private static String name(String file) {
@@ -40,22 +40,16 @@ public final class InputFile {
         return Arguments.required(name, "the name of file " + file).toString();
     }
 
-    private static Set<PosixFilePermission> permissions(String mode) {
+    private static int permissions(String mode) {
         if (!mode.matches("0?[0-7]{3}")) {
             throw Arguments.bad("not an octal mode such as 755", mode);
         }
-        int bits = Integer.parseInt(mode, 8);
-        StringBuilder text = new StringBuilder();
-        for (int i = 0; i < 9; i++) {
-            boolean set = (bits >> (8 - i) & 1) == 1;
-            text.append(set ? "rwx".charAt(i % 3) : '-');
-        }
-        return PosixFilePermissions.fromString(text.toString());
+        return Integer.parseInt(mode, 8);
     }
 
-    /** The permissions of the file as jobs find it. */
-    Set<PosixFilePermission> permissions() throws IOException {
-        return permissions == null ? Files.getPosixFilePermissions(source) : permissions;
+    /** The file as jobs find it. */
+    BundleArchive.Content content() {
+        return BundleArchive.content(source, mode);
     }
 
     void checkReadable() throws GridException {

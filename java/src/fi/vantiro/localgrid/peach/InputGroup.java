@@ -2,20 +2,16 @@ package fi.vantiro.localgrid.peach;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.bundle.BundleArchive;
+import fi.vantiro.localgrid.files.Archives;
 import fi.vantiro.localgrid.files.Trees;
 import fi.vantiro.localgrid.home.StateDirectory;
 import java.io.IOException;
-import java.io.InputStream;
-import java.nio.file.Files;
 import java.nio.file.Path;
-import java.nio.file.StandardCopyOption;
 import java.util.ArrayList;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 import java.util.jar.JarFile;
-import java.util.jar.Manifest;
-import java.util.zip.ZipException;
 
 /**
  * Input files of a run that belong together. They travel to the jobs in an archive of their own,
@@ -24,18 +20,31 @@ import java.util.zip.ZipException;
 public final class InputGroup {
     /** The files by the jobs that get them; under 0 those that every job gets. */
     private final Map<Integer, List<InputFile>> files = new LinkedHashMap<>();
+    /** What every job has in its directory, from this group and others. */
+    private final InputPlaces places;
     public final Map<String, String> extras = new LinkedHashMap<>();
     public boolean copy = true;
     public boolean skipDigest;
     /** Open as long as jobs come for their files: its directory is read once. */
     private JarFile jar;
 
+    InputGroup(InputPlaces places) {
+        this.places = places;
+    }
+
     boolean isEmpty() {
         return files.isEmpty();
     }
 
     public void add(InputFile file) {
+        places.take(file.target, file.source);
         add(0, file);
+    }
+
+    /** Takes a file out again. */
+    void remove(InputFile file) {
+        places.leave(file.target);
+        files.get(0).remove(file);
     }
 
     void add(int job, InputFile file) {
@@ -56,17 +65,13 @@ public final class InputGroup {
             state.remove(name);
             return;
         }
-        Map<String, Path> entries = new LinkedHashMap<>();
+        Map<String, BundleArchive.Content> contents = new LinkedHashMap<>();
         files.forEach(
-                (job, some) -> some.forEach(file -> entries.put(entry(job, file), file.source)));
+                (job, some)
+                        -> some.forEach(file -> contents.put(entry(job, file), file.content())));
         Path archive = state.claim(name);
-        Map<String, BundleArchive.Content> contents = BundleArchive.contents(entries);
-        Manifest manifest = BundleArchive.manifest();
-        if (!skipDigest) {
-            BundleArchive.sign(manifest, contents, "run", BundleArchive.ALGORITHM);
-        }
-        if (skipDigest || !manifest.getEntries().equals(recorded(archive))) {
-            BundleArchive.write(archive, manifest, contents);
+        if (skipDigest || !BundleArchive.hasInputs(archive, contents)) {
+            BundleArchive.writeInputs(archive, contents, !skipDigest);
         }
         jar = new JarFile(archive.toFile(), false);
     }
@@ -74,18 +79,6 @@ public final class InputGroup {
     void close() throws IOException {
         if (jar != null) {
             jar.close();
-        }
-    }
-
-    private static Object recorded(Path archive) throws IOException {
-        if (!Files.isReadable(archive)) {
-            return null;
-        }
-        try (JarFile jar = new JarFile(archive.toFile(), false)) {
-            return jar.getManifest() == null ? null : jar.getManifest().getEntries();
-        } catch (ZipException e) {
-            // A damaged archive is as good as none: it is written again.
-            return null;
         }
     }
 
@@ -106,12 +99,7 @@ public final class InputGroup {
             return;
         }
         for (InputFile file : files.get(job)) {
-            Path target = directory.resolve(file.target);
-            Trees.create(target.getParent());
-            try (InputStream in = jar.getInputStream(jar.getJarEntry(entry(job, file)))) {
-                Files.copy(in, target, StandardCopyOption.REPLACE_EXISTING);
-            }
-            Files.setPosixFilePermissions(target, file.permissions());
+            Archives.unpack(jar, jar.getEntry(entry(job, file)), directory.resolve(file.target));
         }
     }
 

@@ -12,6 +12,7 @@ import java.nio.file.Path;
 import java.nio.file.Paths;
 import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.HashMap;
 import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
@@ -32,23 +33,28 @@ public final class PeachDescription {
     public boolean stream;
     private int jobs;
 
+    /** What every job has in its directory. */
+    private final InputPlaces places = new InputPlaces();
     final List<InputFile> sources = new ArrayList<>();
     public final Map<String, String> sourceExtras = new LinkedHashMap<>();
 
     String exeBundle = "";
     public String executable = "";
-    public final InputGroup exe = new InputGroup();
+    public final InputGroup exe = new InputGroup(places);
+    /** The files of the executable by their places, and how special each is to this machine. */
+    private final Map<String, InputFile> exeFiles = new HashMap<>();
+    private final Map<String, Integer> exeFits = new HashMap<>();
     public final List<String> exeImports = new ArrayList<>();
     final List<String> outputs = new ArrayList<>();
 
     private final List<InputGroup> dataBundles = new ArrayList<>();
     private String dataBundleName = "";
 
-    public final InputGroup jobInputs = new InputGroup();
+    public final InputGroup jobInputs = new InputGroup(places);
     private final List<JobFiles> jobFiles = new ArrayList<>();
     private String[] jobFileNames = {};
 
-    public final InputGroup params = new InputGroup();
+    public final InputGroup params = new InputGroup(places);
     final List<Path> externalResources = new ArrayList<>();
     public final Map<String, String> projectParams = new LinkedHashMap<>();
 
@@ -90,12 +96,22 @@ public final class PeachDescription {
         exeBundle = bundleName;
     }
 
-    /** Adds a file of the executable, unless it is for another platform. */
+    /**
+     * Adds a file of the executable, unless it is for another platform, or a better one is there.
+     */
     public void addExeFile(String file, String target, String platform, String mode) {
         InputFile input = InputFile.named(file, target, mode);
-        if (Platforms.fit(Platforms.known(platform)) >= 0) {
-            exe.add(input);
+        int fit = Platforms.fit(Platforms.known(platform));
+        int present = exeFits.getOrDefault(input.target, fit);
+        if (fit < 0 || fit < present) {
+            return;
         }
+        if (fit > present) {
+            exe.remove(exeFiles.get(input.target));
+        }
+        exe.add(input);
+        exeFiles.put(input.target, input);
+        exeFits.put(input.target, fit);
     }
 
     public void addOutput(String text) {
@@ -121,7 +137,7 @@ public final class PeachDescription {
     public void newDataBundle(String bundleName) {
         dataBundleName =
                 bundleName.isEmpty() ? "" : Arguments.inside(bundleName.replaceAll("/+$", ""));
-        dataBundles.add(new InputGroup());
+        dataBundles.add(new InputGroup(places));
     }
 
     public void addDataFile(String directory, String file) {
@@ -146,19 +162,20 @@ public final class PeachDescription {
     }
 
     public void addExternalResource(String resource) {
+        Path path;
         try {
             Arguments.required(resource, "the resource");
             boolean isUrl = resource.startsWith("file:");
-            Path path = isUrl ? Paths.get(URI.create(resource))
-                              : Paths.get(NativeText.checked(resource));
-            if (path.isAbsolute() && path.getFileName() != null) {
-                externalResources.add(path);
-                return;
-            }
+            path = isUrl ? Paths.get(URI.create(resource))
+                         : Paths.get(NativeText.checked(resource));
         } catch (IllegalArgumentException | FileSystemNotFoundException e) {
             throw Arguments.bad("not a path or file: URL (" + e.getMessage() + ")", resource);
         }
-        throw Arguments.bad("neither an absolute path nor a file: URL", resource);
+        if (!path.isAbsolute() || path.getFileName() == null) {
+            throw Arguments.bad("neither an absolute path nor a file: URL", resource);
+        }
+        places.take(path.getFileName().toString(), path);
+        externalResources.add(path);
     }
 
     /** The number of jobs that the settings come to. */
@@ -176,6 +193,7 @@ public final class PeachDescription {
         int job = 0;
         for (JobFiles some : jobFiles) {
             job++;
+            InputPlaces own = new InputPlaces(places);
             for (int i = 0; i < some.files.length; i++) {
                 InputFile file = InputFile.in(some.directory, some.files[i]);
                 if (i < jobFileNames.length) {
@@ -183,6 +201,7 @@ public final class PeachDescription {
                     file = InputFile.named(
                             some.files[i], some.directory + separator + jobFileNames[i], "");
                 }
+                own.take(file.target, file.source);
                 jobInputs.add(job, file);
             }
         }

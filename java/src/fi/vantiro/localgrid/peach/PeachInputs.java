@@ -10,11 +10,14 @@ import java.nio.file.Files;
 import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.util.ArrayList;
+import java.util.LinkedHashMap;
 import java.util.List;
 import java.util.Map;
 
 /** Everything that the jobs of a parallel-each run find in their working directories. */
 final class PeachInputs {
+    private static final String EXTRA = "VANTIRO_EXTRA_";
+
     private final PeachDescription description;
 
     PeachInputs(PeachDescription description) {
@@ -24,6 +27,7 @@ final class PeachInputs {
 
     /** Fails unless everything is there. */
     void check() throws GridException {
+        extras().forEach((prefix, extras) -> Arguments.checkVariables(prefix, extras.keySet()));
         for (InputGroup group : groups()) {
             group.checkReadable();
         }
@@ -84,18 +88,23 @@ final class PeachInputs {
     }
 
     private void addExtras(Map<String, String> environment) {
-        addExtras("SOURCE", description.sourceExtras, environment);
-        addExtras("EXE", description.exe.extras, environment);
-        for (InputGroup data : description.dataBundles()) {
-            addExtras("DATA", data.extras, environment);
-        }
-        addExtras("JOB", description.jobInputs.extras, environment);
-        addExtras("PARAM", description.params.extras, environment);
+        extras().forEach(
+                (prefix, extras)
+                        -> extras.forEach((key, value)
+                                                  -> environment.put(
+                                                          Arguments.variable(prefix, key), value)));
     }
 
-    private static void addExtras(
-            String kind, Map<String, String> extras, Map<String, String> environment) {
-        String prefix = "VANTIRO_EXTRA_" + kind + "_";
-        extras.forEach((key, value) -> environment.put(Arguments.variable(prefix, key), value));
+    /** The extras by the beginning of their variables' names. */
+    private Map<String, Map<String, String>> extras() {
+        Map<String, String> data = new LinkedHashMap<>();
+        description.dataBundles().forEach(bundle -> data.putAll(bundle.extras));
+        Map<String, Map<String, String>> extras = new LinkedHashMap<>();
+        extras.put(EXTRA + "SOURCE_", description.sourceExtras);
+        extras.put(EXTRA + "EXE_", description.exe.extras);
+        extras.put(EXTRA + "DATA_", data);
+        extras.put(EXTRA + "JOB_", description.jobInputs.extras);
+        extras.put(EXTRA + "PARAM_", description.params.extras);
+        return extras;
     }
 }

@@ -5,6 +5,9 @@ import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
+import fi.vantiro.localgrid.files.Failures;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.home.StateDirectory;
 import fi.vantiro.localgrid.job.Job;
 import fi.vantiro.localgrid.job.LineFeed;
@@ -49,6 +52,8 @@ public final class PeachRun implements JobHooks {
     private StateDirectory state;
     private PeachInputs inputs;
     private int jobsEnded;
+    /** Whether the outputs are there and the file that is to hold them is not. */
+    private volatile boolean owesResultFile;
 
     /** Where the run is known by its handle. */
     @FunctionalInterface
@@ -129,7 +134,9 @@ public final class PeachRun implements JobHooks {
             project.jobs().start();
             awaitJobs();
             if (description.resultFile != null) {
+                owesResultFile = true;
                 project.results().merge(description.resultFile);
+                owesResultFile = false;
             }
             succeeded = true;
         } finally {
@@ -140,6 +147,9 @@ public final class PeachRun implements JobHooks {
     private void prepare() throws GridException, IOException {
         inputs = new PeachInputs(description);
         inputs.check();
+        if (description.resultFile != null) {
+            AtomicFile.check(description.resultFile);
+        }
         chooseBundles();
         if (description.executable.isEmpty()) {
             throw new GridException(Status.WRONG_STATE, "no executable is set");
@@ -267,14 +277,11 @@ public final class PeachRun implements JobHooks {
     }
 
     @Override
-    public Path ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
+    public Path ended(int job, Outputs outputs, boolean succeeded)
             throws GridException, IOException {
-        state.take(job, directory, outputs, keepsWork(keepWork));
-        List<String> names = new ArrayList<>(outputs);
-        project.results().add(job, archive -> {
-            state.checkCurrent();
-            Archives.pack(archive, state.outputs(job), names);
-        });
+        state.take(job, outputs, keepsWork(keepWork));
+        List<String> names = outputs.names();
+        project.results().add(job, archive -> pack(archive, job, names));
         List<Path> kept = new ArrayList<>();
         for (String name : names) {
             if (isHandedOut(name)) {
@@ -293,6 +300,15 @@ public final class PeachRun implements JobHooks {
             }
         }
         return state.outputs(job);
+    }
+
+    private void pack(Path archive, int job, List<String> names) throws GridException, IOException {
+        state.checkCurrent();
+        Outputs outputs = new Outputs(state.outputs(job), names, new Failures());
+        Archives.pack(archive, outputs);
+        if (!outputs.lost().isEmpty()) {
+            LOG.warning("not in " + archive + ": " + outputs.lost());
+        }
     }
 
     private boolean isHandedOut(String name) {
@@ -346,6 +362,10 @@ public final class PeachRun implements JobHooks {
                 files.deleteProcessed();
             }
         }
-        registry.forget(this, withProject || unused);
+        if (owesResultFile) {
+            LOG.warning("the outputs of " + project + " stay in " + state.root()
+                    + ", since its result file " + description.resultFile + " was not written");
+        }
+        registry.forget(this, (withProject || unused) && !owesResultFile);
     }
 }

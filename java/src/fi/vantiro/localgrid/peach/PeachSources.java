@@ -2,11 +2,10 @@ package fi.vantiro.localgrid.peach;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.bundle.BundleArchive;
-import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
 import fi.vantiro.localgrid.home.StateDirectory;
 import java.io.IOException;
 import java.io.InputStream;
-import java.io.OutputStream;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.LinkedHashMap;
@@ -46,10 +45,6 @@ final class PeachSources {
     }
 
     void save(StateDirectory state) throws GridException, IOException {
-        Archives.replace(state.claim(RECORD), part -> {
-            try (OutputStream out = Files.newOutputStream(part)) {
-                present.store(out, null);
-            }
-        });
+        AtomicFile.write(state.claim(RECORD), out -> present.store(out, null));
     }
 }

@@ -4,8 +4,7 @@ import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.NativeText;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.Archives;
-import fi.vantiro.localgrid.files.Trees;
+import fi.vantiro.localgrid.files.AtomicFile;
 import java.io.EOFException;
 import java.io.IOException;
 import java.io.InputStream;
@@ -134,7 +133,7 @@ public final class Keeper {
         Path copy = home.resolve(NAME + "-" + Files.size(program) + "-"
                 + Files.getLastModifiedTime(program).toMillis());
         if (!Files.exists(copy)) {
-            Archives.replace(copy, part -> Trees.copy(program, part));
+            AtomicFile.copy(program, copy);
         }
         return copy;
     }

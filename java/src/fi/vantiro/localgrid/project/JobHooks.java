@@ -1,6 +1,7 @@
 package fi.vantiro.localgrid.project;
 
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.job.LineFeed;
 import java.io.IOException;
 import java.nio.file.Path;
@@ -33,6 +34,5 @@ public interface JobHooks {
      * Takes the outputs over before the working directory goes; the directory where they are as
      * files now, null when there is none.
      */
-    Path ended(int job, Path directory, Collection<String> outputs, boolean succeeded)
-            throws GridException, IOException;
+    Path ended(int job, Outputs outputs, boolean succeeded) throws GridException, IOException;
 }

@@ -6,13 +6,13 @@ import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.bundle.BundleStore;
 import fi.vantiro.localgrid.bundle.ProjectBundles;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.home.GridHome;
 import fi.vantiro.localgrid.home.ProjectDirectory;
 import fi.vantiro.localgrid.job.JobEngine;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Path;
-import java.util.Collection;
 import java.util.Locale;
 
 /** A number of jobs with what they share: a name, parameters, bundles, and a place for results. */
@@ -48,9 +48,9 @@ public final class Project implements ProjectJobs.Listener {
         backgroundWait = new BackgroundWait(this);
     }
 
-    private Path archive(int job, Path root, Collection<String> outputs, boolean succeeded)
+    private Path archive(int job, Outputs outputs, boolean succeeded)
             throws GridException, IOException {
-        results.add(job, root, outputs);
+        results.add(job, outputs);
         return null;
     }
 
@@ -104,7 +104,7 @@ public final class Project implements ProjectJobs.Listener {
     /** Stops the project and deletes its files. */
     public void remove() throws IOException, InterruptedException {
         jobs.stop();
-        directory.deleteResults();
+        directory.delete();
     }
 
     /** Nobody knows the project any more. */

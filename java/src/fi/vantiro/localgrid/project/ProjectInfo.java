@@ -7,6 +7,8 @@ import java.util.Map;
 
 /** What a project is called, how urgent it is, and the values that its jobs find. */
 public final class ProjectInfo {
+    private static final String PARAM = "VANTIRO_PARAM_";
+
     private String name;
     private String description = "";
     private int priority;
@@ -45,6 +47,9 @@ public final class ProjectInfo {
     /** Sets parameters. */
     public synchronized void putParams(Map<String, String> values) {
         values.values().forEach(NativeText::checked);
+        Map<String, String> all = new LinkedHashMap<>(params);
+        all.putAll(values);
+        Arguments.checkVariables(PARAM, all.keySet());
         params.putAll(values);
     }
 
@@ -58,8 +63,7 @@ public final class ProjectInfo {
         Map<String, String> variables = new LinkedHashMap<>();
         variables.put("VANTIRO_PROJECT", String.valueOf(id));
         variables.put("VANTIRO_PRIORITY", String.valueOf(priority));
-        params.forEach(
-                (key, value) -> variables.put(Arguments.variable("VANTIRO_PARAM_", key), value));
+        params.forEach((key, value) -> variables.put(Arguments.variable(PARAM, key), value));
         return variables;
     }
 

@@ -355,4 +355,9 @@ public final class ProjectJobs implements JobOwner {
     private GridException wrongState(String what) {
         return new GridException(Status.WRONG_STATE, project + " " + what);
     }
+
+    @Override
+    public String toString() {
+        return project.toString();
+    }
 }

@@ -2,6 +2,7 @@ package fi.vantiro.localgrid.project;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.bundle.ProjectBundles;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.home.ProjectDirectory;
 import fi.vantiro.localgrid.job.JobEngine;
 import fi.vantiro.localgrid.job.JobWork;
@@ -84,13 +85,18 @@ final class ProjectWork implements JobWork {
     }
 
     @Override
-    public Path collect(int job, Path work, Collection<String> outputs, boolean succeeded)
+    public Path collect(int job, Outputs outputs, boolean succeeded)
             throws GridException, IOException {
-        return hooks.ended(job, work, outputs, succeeded);
+        return hooks.ended(job, outputs, succeeded);
     }
 
     @Override
     public boolean keepsWork() {
         return hooks.keepsWork(settings.keepWork);
+    }
+
+    @Override
+    public void deleteDirectory(int job) throws IOException {
+        directory.deleteWork(job);
     }
 }

@@ -2,15 +2,17 @@ package fi.vantiro.localgrid.project;
 
 import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.GridException;
+import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Archives;
+import fi.vantiro.localgrid.files.AtomicFile;
+import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.home.ProjectDirectory;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Files;
 import java.nio.file.Path;
 import java.util.ArrayList;
-import java.util.Collection;
 import java.util.Collections;
 import java.util.HashMap;
 import java.util.HashSet;
@@ -20,24 +22,29 @@ import java.util.Map;
 import java.util.Set;
 import java.util.TreeMap;
 import java.util.TreeSet;
+import java.util.logging.Logger;
 
 /**
  * The results of one project: one archive for each ended job. Its monitor is never held while files
  * are read or written.
  */
 public final class Results {
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+
     private final ProjectDirectory project;
     private final Settings settings;
     /** The jobs that have results, in ascending order. */
     private final List<Integer> jobs = new ArrayList<>();
     /** How to pack those that have no archive yet. */
-    private final Map<Integer, Packing> unpacked = new HashMap<>();
+    private final Map<Integer, Packing> packings = new HashMap<>();
     private final Map<Integer, Path> downloaded = new TreeMap<>();
     private final Set<Integer> toDownload = new TreeSet<>();
     private final List<Integer> streamed = new ArrayList<>();
     private final Set<Integer> isStreamed = new HashSet<>();
     private Path downloadDir;
     private Path unzipDir;
+    private boolean isDownloaded;
+    private boolean isKeptBack;
     private boolean stream;
 
     /** Writes the archive of a job when somebody asks for it. */
@@ -52,21 +59,20 @@ public final class Results {
     }
 
     /** Packs the outputs of a job that has ended. */
-    public void add(int job, Path root, Collection<String> outputs)
-            throws GridException, IOException {
-        Archives.pack(store(job), root, outputs);
+    public void add(int job, Outputs outputs) throws IOException {
+        Archives.pack(stored(job), outputs);
         addJob(job);
     }
 
     /** Takes note of a job that has ended, whose outputs are kept elsewhere. */
-    public void add(int job, Packing packing) throws GridException, IOException {
+    public void add(int job, Packing packing) {
         synchronized (this) {
-            unpacked.put(job, packing);
+            packings.put(job, packing);
         }
         addJob(job);
     }
 
-    private void addJob(int job) throws GridException, IOException {
+    private void addJob(int job) {
         synchronized (this) {
             int place = -1 - Collections.binarySearch(jobs, job);
             jobs.add(place, job);
@@ -75,7 +81,22 @@ public final class Results {
                 return;
             }
         }
-        stream(job);
+        try {
+            stream(job);
+        } catch (GridException e) {
+            keepBack(GridException.text(e));
+        } catch (IOException e) {
+            keepBack(GridException.text(e));
+        }
+    }
+
+    /** The job has its results in the grid's home, where they can be downloaded from later. */
+    private synchronized void keepBack(String why) {
+        if (!isKeptBack) {
+            isKeptBack = true;
+            LOG.warning("results of project " + project.number() + " are not handed over, " + why
+                    + "; they can be downloaded when that is mended");
+        }
     }
 
     public synchronized void setDownloadDir(String directory) {
@@ -105,7 +126,7 @@ public final class Results {
         return directory == null ? project.results() : directory;
     }
 
-    private Path store(int job) {
+    private Path stored(int job) {
         return project.results().resolve(fileName(job));
     }
 
@@ -113,15 +134,15 @@ public final class Results {
     private Path archive(int job) throws GridException, IOException {
         Packing packing;
         synchronized (this) {
-            packing = unpacked.get(job);
+            packing = packings.get(job);
         }
         if (packing != null) {
-            packing.to(store(job));
+            packing.to(stored(job));
             synchronized (this) {
-                unpacked.remove(job);
+                packings.remove(job);
             }
         }
-        return store(job);
+        return stored(job);
     }
 
     /** Hands over each archive as soon as its job ends, those of ended jobs included. */
@@ -188,6 +209,9 @@ public final class Results {
         for (int job : all) {
             download(job);
         }
+        synchronized (this) {
+            isDownloaded = true;
+        }
         return all.size();
     }
 
@@ -207,8 +231,10 @@ public final class Results {
     private void download(int job) throws GridException, IOException {
         Path archive = archive(job);
         Path target = downloadDir().resolve(fileName(job));
-        Archives.replace(target, part -> Files.copy(archive, part));
+        project.claim(target.getParent());
+        AtomicFile.write(target, out -> Files.copy(archive, out));
         synchronized (this) {
+            isDownloaded = true;
             downloaded.put(job, target);
             toDownload.remove(job);
         }
@@ -222,10 +248,13 @@ public final class Results {
         synchronized (this) {
             archives = new TreeMap<>(downloaded);
         }
-        if (archives.isEmpty()) {
+        if (!isDownloaded) {
             throw new GridException(Status.WRONG_STATE, "nothing was downloaded yet");
         }
         Path base = unzipDir() == null ? downloadDir() : unzipDir();
+        if (!archives.isEmpty()) {
+            project.claim(base);
+        }
         int files = 0;
         for (Map.Entry<Integer, Path> archive : archives.entrySet()) {
             files += Archives.unpack(
