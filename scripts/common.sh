@@ -76,7 +76,7 @@ case $root in
 ';': move the clone to a folder without these characters."
     ;;
 esac
-mkdir -p "$logs" && foreign=$(find "$build" -maxdepth 1 ! -writable -print -quit) &&
+mkdir -p "$logs" && foreign=$(find "$build" -maxdepth 1 ! -type l ! -writable -print -quit) &&
   [ -z "$foreign" ] ||
   die "${foreign:-$build} cannot be written" \
     "Copy the tree to a folder of your own and run this there: cp -r $root ANOTHER_FOLDER"

@@ -66,8 +66,8 @@ hit() {
 
 cp "$sources/java/slurm.properties" settings
 echo "grid.home=$scratch/grid" >>settings
-export PATH=$sources/build/slurm/bin:$PATH SLURM_CONF=$VANTIRO_CLUSTER/slurm.conf
 "$sources/scripts/cluster" start || exit 1
+export PATH=$sources/build/slurm/bin:$PATH SLURM_CONF=$(readlink "$VANTIRO_CLUSTER")/slurm.conf
 
 case $3 in
   spread)
