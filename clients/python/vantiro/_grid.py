@@ -1,0 +1,47 @@
+"""The grid of this process, started when it is first needed."""
+import os
+import threading
+from typing import Optional, Union
+
+from ._library import Error, Library
+
+Path = Union[str, "os.PathLike[str]"]
+
+_lock = threading.Lock()
+_started: Optional[Library] = None
+
+
+def start(
+    settings: Optional[Path] = None, *, home: Optional[Path] = None, processors: int = 0
+) -> Library:
+    """Starts the grid of this process, and gives its library; once it is started, that alone.
+
+    ``settings`` is a file of settings, such as ``slurm.properties`` which sends the jobs to a
+    cluster. Without it the variable ``VANTIRO_SETTINGS`` names one, or ``vantiro.properties`` in
+    the current directory is one. ``home`` and ``processors``, the number of jobs at once, are taken
+    before those of the file.
+
+    :func:`run`, :class:`Executor`, :class:`Project` and :class:`Run` call it by themselves.
+    """
+    global _started
+    with _lock:
+        if _started is not None:
+            if settings is not None or home is not None or processors:
+                raise RuntimeError("the grid of this process is started already, with its settings")
+            return _started
+        grid = Library()
+        if home is None and not processors:
+            status = grid.init() if settings is None else grid.initFile(settings)
+        else:
+            local = "vantiro.properties"
+            if settings is None and "VANTIRO_SETTINGS" not in os.environ and os.path.exists(local):
+                settings = local
+            status = grid.initWithoutFile(home, None, None, None, processors, None, None, 0, 0,
+                                          None, settings)
+        try:
+            grid.check(status)
+        except Error as error:
+            error.add_doctor()
+            raise
+        _started = grid
+        return grid

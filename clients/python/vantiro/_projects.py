@@ -1,0 +1,93 @@
+"""Projects: jobs that are created one by one, and give their results as they end."""
+import ctypes
+import os
+import pathlib
+import zipfile
+from types import TracebackType
+from typing import Iterator, Mapping, NamedTuple, Optional, Sequence, Type, Union
+
+from ._grid import start
+from ._library import Library
+from ._strings import Text
+
+_MILLISECONDS = 50
+
+
+class Result(NamedTuple):
+    """What a job left."""
+
+    job: int
+    archive: pathlib.Path
+
+    def read(self, name: str = "stdout") -> bytes:
+        """The contents of one of its files."""
+        with zipfile.ZipFile(self.archive) as archive:
+            return archive.read(name)
+
+
+class Project:
+    """A project, which is removed at the end of its ``with``; jobs that still run are ended.
+
+        with vantiro.Project("words", parameters={"language": "en"}) as project:
+            for path in paths:
+                project.add(["wc", "-w", path])
+            for result in project:
+                print(result.job, result.read().decode())
+
+    ``project.handle`` is for the functions of ``project.grid`` that take a project.
+    """
+
+    def __init__(
+        self,
+        name: str = "",
+        *,
+        priority: int = 0,
+        parameters: Mapping[str, object] = {},
+        grid: Optional[Library] = None,
+    ) -> None:
+        self.grid = grid or start()
+        check = self.grid.check
+        values = [f"{key}={value}" for key, value in parameters.items()]
+        session = check(self.grid.open())
+        self.handle = check(self.grid.createProject(session, priority, name, values))
+        check(self.grid.close(session))
+        check(self.grid.setStreamResults(self.handle, True))
+        check(self.grid.startProject(self.handle))
+
+    def add(self, command: Union[str, Sequence[Text]]) -> int:
+        """Adds a job, a line for the shell or a program with its arguments, and gives its number."""
+        if isinstance(command, (str, bytes, os.PathLike)):
+            command = ["/bin/sh", "-c", command]
+        return self.grid.check(self.grid.createJob(self.handle, command))
+
+    def __iter__(self) -> Iterator[Result]:
+        """The results as the jobs end. No more jobs can be added.
+
+        When all have ended, and one of them has failed, :class:`Error` is raised.
+        """
+        grid, project = self.grid, self.handle
+        grid.check(grid.markAllJobsCreated(project))
+        position = 0
+        is_last = False
+        while not is_last:
+            is_last = grid.check(grid.isCompleted(project)) == 1
+            directory = pathlib.Path(grid.text(grid.getResultDirectory, project))
+            count = grid.check(grid.getStreamedResultFilesCount(project))
+            for position in range(position, count):
+                name = grid.text(grid.getStreamedResultFiles, project, ctypes.c_int(position))
+                yield Result(int("".join(filter(str.isdigit, name))), directory / name)
+            if position == count and not is_last:
+                grid.actionWait(_MILLISECONDS)
+            position = count
+        grid.check(grid.waitCompletion(project))
+
+    def __enter__(self) -> "Project":
+        return self
+
+    def __exit__(
+        self,
+        exc_type: Optional[Type[BaseException]],
+        exc_val: Optional[BaseException],
+        exc_tb: Optional[TracebackType],
+    ) -> None:
+        self.grid.check(self.grid.removeProject(self.handle))
