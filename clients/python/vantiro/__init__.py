@@ -15,11 +15,34 @@ grid of the process, which :func:`start` starts with settings of your own.
 
 Below them is :class:`Library`, which has every function of the C headers.
 """
-from ._executor import Executor, run
-from ._grid import start
-from ._library import Error, Library
-from ._loading import LoadError
-from ._projects import Project, Result
-from ._runs import Run
+import importlib
+from typing import TYPE_CHECKING, Any
+
+if TYPE_CHECKING:
+    from ._executor import Executor, run
+    from ._grid import start
+    from ._library import Error, Library
+    from ._loading import LoadError
+    from ._projects import Project, Result
+    from ._runs import Run
 
 __all__ = ["Error", "Executor", "Library", "LoadError", "Project", "Result", "Run", "run", "start"]
+
+_PLACES = {
+    "_executor": ("Executor", "run"),
+    "_grid": ("start",),
+    "_library": ("Error", "Library"),
+    "_loading": ("LoadError",),
+    "_projects": ("Project", "Result"),
+    "_runs": ("Run",),
+}
+
+
+def __getattr__(name: str) -> Any:
+    """Imports what is used. Each call that an Executor makes may import the main module anew, which
+    imports this one and needs nothing of it: 1 ms instead of 30.
+    """
+    for place, names in _PLACES.items():
+        if name in names:
+            return getattr(importlib.import_module(f".{place}", __name__), name)
+    raise AttributeError(f"module {__name__} has no attribute {name}")

@@ -31,11 +31,10 @@ def _preparation(calls: bytes) -> Dict[str, Any]:
     }
     # The main module is imported there only when something of it is in the call.
     if b"__main__" in calls:
-        import multiprocessing.spawn
-
-        main = multiprocessing.spawn.get_preparation_data("vantiro")
-        preparation["main"] = {name: main[name] for name in main
-                               if name in ("init_main_from_name", "init_main_from_path")}
+        main = sys.modules["__main__"]
+        spec = getattr(main, "__spec__", None)
+        if hasattr(main, "__file__"):
+            preparation["main"] = spec and spec.name, os.path.abspath(str(main.__file__))
     return preparation
 
 

@@ -3,7 +3,6 @@ import collections
 import concurrent.futures
 import ctypes
 import itertools
-import multiprocessing.process
 import pathlib
 import shutil
 import subprocess
@@ -73,7 +72,7 @@ class Executor(concurrent.futures.Executor):
             raise ValueError("max_workers must be greater than 0")
         if initializer is not None and not callable(initializer):
             raise TypeError("initializer must be a callable")
-        if getattr(multiprocessing.process.current_process(), "_inheriting", False):
+        if hasattr(sys.modules["__main__"], "vantiro_is_importing"):
             raise RuntimeError("a job imports the main module, which is not to submit jobs then: "
                                "put that below `if __name__ == \"__main__\":`")
         self._most = sys.maxsize if max_workers is None else max_workers

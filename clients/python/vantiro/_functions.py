@@ -112,10 +112,14 @@ class _Makers:
     def _with_lists(self, function: Function, array_form: Function, lists: int) -> Function:
         """The function with sequences in the place of the counts and the strings."""
         frames = self._frames
+        threads = THREADS
         encode_list = self._encode_list
 
         def call(*arguments: Any) -> int:
-            frames.take(1)
+            thread = threads.present
+            thread.calls_left -= 1
+            if thread.calls_left < 0:
+                frames.renew()
             strings = encode_list(arguments[-1])
             counts = [len(strings)]
             if lists == 2:

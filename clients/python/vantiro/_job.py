@@ -12,7 +12,7 @@ import sys
 
 TYPE_CHECKING = False  # to import typing takes a while
 if TYPE_CHECKING:
-    from typing import Any, Dict, Tuple
+    from typing import Any, Dict, Optional, Tuple
 
 
 def prepare(preparation: "Dict[str, Any]") -> None:
@@ -24,16 +24,24 @@ def prepare(preparation: "Dict[str, Any]") -> None:
     except OSError:
         pass  # it need not be there on this machine
     if "main" in preparation:
-        import multiprocessing.process
-        import multiprocessing.spawn
+        import_main(*preparation["main"])
 
-        # As in a process of a ProcessPoolExecutor, where `__name__` is `__mp_main__` meanwhile.
-        process: "Any" = multiprocessing.process.current_process()
-        process._inheriting = True
-        try:
-            multiprocessing.spawn.prepare(preparation["main"])
-        finally:
-            del process._inheriting
+
+def import_main(name: "Optional[str]", path: str) -> None:
+    """Imports the main module under the name that it has in a process of a ProcessPoolExecutor."""
+    main: "Any" = type(sys)("__mp_main__")
+    sys.modules["__main__"] = sys.modules["__mp_main__"] = main
+    main.vantiro_is_importing = True
+    if name is None:
+        main.__file__ = path
+        with open(path, "rb") as file:
+            exec(compile(file.read(), path, "exec"), vars(main))
+    else:
+        import runpy
+
+        vars(main).update(runpy.run_module(name, run_name="__mp_main__", alter_sys=True))
+        sys.modules["__main__"] = sys.modules["__mp_main__"] = main
+    del main.vantiro_is_importing
 
 
 def failure(error: BaseException) -> "Tuple[BaseException, str]":
