@@ -43,7 +43,7 @@ def _declarations(text: str) -> Dict[str, "tuple[str, str]"]:
         comment = " ".join(re.sub(r"^ *\*", "", comment, flags=re.M).split())
         brief = re.match(r"@brief (.*?)(?:: the (?:static )?Java method|\.? @|\.(?: |$))", comment + " @")
         if not brief:
-            raise SyntaxError(f"the comment of vantiro_{name} does not begin with @brief")
+            raise ValueError(f"the comment of vantiro_{name} does not begin with @brief")
         declarations[name] = " ".join(parameters.split()), brief[1].rstrip(".") + "."
     return declarations
 
@@ -53,14 +53,29 @@ def _parameter(function: str, declaration: str) -> Parameter:
         match = re.fullmatch(pattern, declaration)
         if match:
             return Parameter(match[1], kind)
-    raise SyntaxError(f"vantiro_{function} has a parameter of a new kind, '{declaration}', "
-                      f"that {__file__} and the clients do not know yet")
+    raise ValueError(f"vantiro_{function} has a parameter of a new kind, '{declaration}': name it in "
+                     "_KINDS, and say in the clients what they make of it")
 
 
 def _list_name(count: str) -> str:
-    """Of the list that is so long: ``count1`` is the length of ``list1``, ``file_count`` of ``files``."""
+    """The list that ``count1`` is the length of is ``list1``, that of ``fileCount`` is ``files``."""
     word = re.sub("_?count", "", count, flags=re.I)
     return word + "s" if word.isalpha() else "list" + word
+
+
+def _parameters(function: str, declaration: str) -> List[Parameter]:
+    if declaration == "void":
+        return []
+    parts = re.split(r", (?![^(]*\))", declaration)
+    if parts[-1] != "...":
+        return [_parameter(function, part) for part in parts]
+    parameters = [_parameter(function, part) for part in parts[:-1]]
+    lists = []
+    while parameters and "count" in parameters[-1].name.lower():
+        lists.insert(0, Parameter(_list_name(parameters.pop().name), "list"))
+    if not lists:
+        raise ValueError(f"vantiro_{function} takes strings, without a count of them before")
+    return parameters + lists
 
 
 def read(headers: pathlib.Path = HEADERS) -> List[Function]:
@@ -74,16 +89,6 @@ def read(headers: pathlib.Path = HEADERS) -> List[Function]:
     functions = []
     for name, (parameters, brief) in declarations.items():
         is_form = name[-1] in "23" and declarations.get(name[:-1], ("",))[0].endswith("...")
-        if is_form or "vantiro_j" in parameters or name == "findJavaInPath":
-            continue
-        parts = [] if parameters == "void" else re.split(r", (?![^(]*\))", parameters)
-        takes_lists = parts[-1:] == ["..."]
-        read_parts = [_parameter(name, part) for part in parts[:-1 if takes_lists else None]]
-        if takes_lists:
-            counts = [part for part in read_parts if "count" in part.name.lower()]
-            if not counts or read_parts[-len(counts):] != counts:
-                raise SyntaxError(f"vantiro_{name} takes strings without a count before them")
-            read_parts[-len(counts):] = [Parameter(_list_name(part.name), "list")
-                                         for part in counts]
-        functions.append(Function(name, read_parts, brief))
+        if not is_form and "vantiro_j" not in parameters and name != "findJavaInPath":
+            functions.append(Function(name, _parameters(name, parameters), brief))
     return functions
