@@ -8,7 +8,7 @@ Arguments = Union[str, bytes, "os.PathLike[str]", Sequence[Union[str, bytes, "os
 
 # Takes a call, so that it is not cancelled any more, and makes it. The status of a program that a
 # signal ended is 128 and the signal, as shells have it; what this shell says of that goes elsewhere.
-_SCRIPT = """\
+SCRIPT = """\
 call=$1 directory=$2
 shift 2
 mv "$call/call" "$call/taken" 2>/dev/null || exit 0
@@ -19,6 +19,7 @@ else (exec "$@") <"$call/in" >"$call/out" 2>"$call/err"
 fi
 echo $? >"$call/result"
 """
+SCRIPT_NAME = "command.sh"
 _MOST_SIGNALS = 64
 
 
@@ -78,7 +79,8 @@ class Command:
         if self._stderr == subprocess.STDOUT:
             (call / "both").touch()
         (call / "call").touch()
-        return ["/bin/sh", "-c", _SCRIPT, "sh", str(call), self._directory, *self._words]
+        script = str(call.parent / SCRIPT_NAME)
+        return ["/bin/sh", script, str(call), self._directory, *self._words]
 
     def result(self, call: pathlib.Path) -> "subprocess.CompletedProcess[Any]":
         """What came of a job that has ended."""

@@ -15,7 +15,7 @@ from typing import (Any, Callable, Deque, Dict, Iterable, Iterator, List, Mappin
 
 from . import _job
 from ._calls import Call, Calls
-from ._commands import Arguments, Command
+from ._commands import SCRIPT, SCRIPT_NAME, Arguments, Command
 from ._future import Future, Work
 from ._grid import start
 from ._library import Library
@@ -82,6 +82,7 @@ class Executor(concurrent.futures.Executor):
         self._remove = weakref.finalize(self, _remove, self._grid, self._project, self._directory)
         self._python = [python, str(self._directory / "job.py")]
         shutil.copy(_job.__file__, self._python[1])
+        (self._directory / SCRIPT_NAME).write_text(SCRIPT)
 
         self._numbers = itertools.count(1)
         self._lock = threading.RLock()
@@ -89,6 +90,7 @@ class Executor(concurrent.futures.Executor):
         self._jobs: Dict[int, Future] = {}  # of the grid, by their numbers
         self._collector: Optional[threading.Thread] = None
         self._streamed = 0  # results that were seen
+        self._failed = 0  # jobs that were seen to have failed
         self._is_shut_down = False
 
     def submit(self, fn: Callable[..., _T], /, *args: Any, **kwargs: Any) -> "concurrent.futures.Future[_T]":
@@ -188,29 +190,44 @@ class Executor(concurrent.futures.Executor):
         """A thread for as long as there are calls that have not ended."""
         with self._grid.attachment():
             while self._is_busy():
-                if _program_was_interrupted():
-                    self.kill()
-                if not self._take_ended():
-                    self._grid.actionWait(_MILLISECONDS)
+                try:
+                    if _program_was_interrupted():
+                        self.kill()
+                    if not self._take_ended():
+                        self._grid.actionWait(_MILLISECONDS)
+                except Exception as error:  # the project is gone, or the grid
+                    self._give_up(str(error))
 
     def _is_busy(self) -> bool:
         with self._lock:
-            if any(not future.done() for future in (*self._waiting, *self._jobs.values())):
+            futures = itertools.chain(self._waiting, self._jobs.values())
+            if not all(future.done() for future in futures):
                 return True
             self._collector = None
             if self._is_shut_down:
                 self._remove()
             return False
 
+    def _give_up(self, failure: str) -> None:
+        with self._lock:
+            futures = [*self._waiting, *self._jobs.values()]
+            self._waiting.clear()
+            self._jobs.clear()
+        for future in futures:
+            future.collect(failure)
+
     def _take_ended(self) -> bool:
         """Takes in the jobs that have ended since the last time; whether there were any."""
         grid, project = self._grid, self._project
         ended = [int("".join(filter(str.isdigit, grid.text(grid.getStreamedResultFiles, project,
                                                            ctypes.c_int(position)))))
-                 for position in range(self._streamed, grid.getStreamedResultFilesCount(project))]
+                 for position in range(self._streamed,
+                                       grid.check(grid.getStreamedResultFilesCount(project)))]
         self._streamed += len(ended)
-        if grid.isFailed(project) == 1 or grid.getProjectStatus(project) == _STOPPED:
+        failed = int(grid.text(grid.getProjectStatistic, project, "failed"))
+        if failed > self._failed or grid.getProjectStatus(project) == _STOPPED:
             # There may be some that could not even begin, and have left nothing.
+            self._failed = failed
             with self._lock:
                 numbers = list(self._jobs)
             ended += [number for number in numbers
