@@ -106,7 +106,7 @@ def wrapped(line: str) -> str:
     """The line, in as many as free form needs."""
     indent = line[:len(line) - len(line.lstrip())]
     parts = textwrap.wrap(line.strip(), 96 - len(indent), break_long_words=False)
-    return indent + f" &\n{indent}  ".join(parts)
+    return indent + (f"\n{indent}! " if parts[0][0] == "!" else f" &\n{indent}  ").join(parts)
 
 
 def argument_names(function: functions.Function) -> list:
