@@ -1,7 +1,6 @@
 """An executor of the standard library's kind, whose calls are jobs."""
 import collections
 import concurrent.futures
-import ctypes
 import itertools
 import pathlib
 import shutil
@@ -17,7 +16,7 @@ from . import _job
 from ._calls import Call, Calls
 from ._commands import SCRIPT, SCRIPT_NAME, Arguments, Command
 from ._future import Future, Work
-from ._grid import start
+from ._grid import create_project, start, streamed
 from ._library import Library
 
 _STOPPED = 4  # of getProjectStatus
@@ -78,9 +77,14 @@ class Executor(concurrent.futures.Executor):
         self._most = sys.maxsize if max_workers is None else max_workers
         self._initializer = initializer and (initializer, initargs)
         self._grid = grid or start()
-        self._project, self._directory = _create(self._grid, name, priority, parameters)
+        with self._grid.attachment():
+            self._project = create_project(self._grid, name, priority, parameters)
+            results = self._grid.text(self._grid.getResultDirectory, self._project)
+        # Its jobs find it under the same path.
+        self._directory = pathlib.Path(results).absolute() / "calls"
         self._remove = weakref.finalize(self, _remove, self._grid, self._project, self._directory)
         self._python = [python, str(self._directory / "job.py")]
+        self._directory.mkdir(parents=True)
         shutil.copy(_job.__file__, self._python[1])
         (self._directory / SCRIPT_NAME).write_text(SCRIPT)
 
@@ -93,7 +97,9 @@ class Executor(concurrent.futures.Executor):
         self._failed = 0  # jobs that were seen to have failed
         self._is_shut_down = False
 
-    def submit(self, fn: Callable[..., _T], /, *args: Any, **kwargs: Any) -> "concurrent.futures.Future[_T]":
+    def submit(
+        self, fn: Callable[..., _T], /, *args: Any, **kwargs: Any
+    ) -> "concurrent.futures.Future[_T]":
         """Has ``fn(*args, **kwargs)`` called by a job."""
         if fn is run:
             return self._submit(Command(*args, **kwargs))
@@ -219,10 +225,7 @@ class Executor(concurrent.futures.Executor):
     def _take_ended(self) -> bool:
         """Takes in the jobs that have ended since the last time; whether there were any."""
         grid, project = self._grid, self._project
-        ended = [int("".join(filter(str.isdigit, grid.text(grid.getStreamedResultFiles, project,
-                                                           ctypes.c_int(position)))))
-                 for position in range(self._streamed,
-                                       grid.check(grid.getStreamedResultFilesCount(project)))]
+        ended = [number for number, _ in streamed(grid, project, self._streamed)]
         self._streamed += len(ended)
         failed = int(grid.text(grid.getProjectStatistic, project, "failed"))
         if failed > self._failed or grid.getProjectStatus(project) == _STOPPED:
@@ -253,23 +256,6 @@ class Executor(concurrent.futures.Executor):
         if f"job {number} of " in message:
             return message
         return f"job {number} ended before it had an answer"
-
-
-def _create(
-    grid: Library, name: str, priority: int, parameters: Mapping[str, object]
-) -> Tuple[int, pathlib.Path]:
-    """A project that has been started, and a directory for its calls where its jobs find them."""
-    check = grid.check
-    with grid.attachment():
-        session = check(grid.open())
-        values = [f"{key}={value}" for key, value in parameters.items()]
-        project = check(grid.createProject(session, priority, name, values))
-        check(grid.close(session))
-        check(grid.setStreamResults(project, True))
-        check(grid.startProject(project))
-        directory = pathlib.Path(grid.text(grid.getResultDirectory, project)).absolute() / "calls"
-    directory.mkdir(parents=True)
-    return project, directory
 
 
 def _remove(grid: Library, project: int, directory: pathlib.Path) -> None:

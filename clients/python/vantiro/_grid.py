@@ -1,7 +1,8 @@
-"""The grid of this process, started when it is first needed."""
+"""The grid of this process, started when it is first needed, and the projects in it."""
+import ctypes
 import os
 import threading
-from typing import Optional, Union
+from typing import List, Mapping, Optional, Tuple, Union
 
 from ._library import Error, Library
 
@@ -45,3 +46,25 @@ def start(
             raise
         _started = grid
         return grid
+
+
+def create_project(
+    grid: Library, name: str, priority: int, parameters: Mapping[str, object]
+) -> int:
+    """A project that has been started, and shows results as its jobs end."""
+    check = grid.check
+    session = check(grid.open())
+    values = [f"{key}={value}" for key, value in parameters.items()]
+    project = check(grid.createProject(session, priority, name, values))
+    check(grid.close(session))
+    check(grid.setStreamResults(project, True))
+    check(grid.startProject(project))
+    return project
+
+
+def streamed(grid: Library, project: int, known: int) -> List[Tuple[int, str]]:
+    """The jobs that have ended and left a result, beyond so many, and the names of the results."""
+    count = grid.check(grid.getStreamedResultFilesCount(project))
+    names = [grid.text(grid.getStreamedResultFiles, project, ctypes.c_int(position))
+             for position in range(known, count)]
+    return [(int("".join(filter(str.isdigit, name))), name) for name in names]

@@ -1,12 +1,11 @@
 """Projects: jobs that are created one by one, and give their results as they end."""
-import ctypes
 import os
 import pathlib
 import zipfile
 from types import TracebackType
 from typing import Iterator, Mapping, NamedTuple, Optional, Sequence, Type, Union
 
-from ._grid import start
+from ._grid import create_project, start, streamed
 from ._library import Library
 from ._strings import Text
 
@@ -46,13 +45,7 @@ class Project:
         grid: Optional[Library] = None,
     ) -> None:
         self.grid = grid or start()
-        check = self.grid.check
-        values = [f"{key}={value}" for key, value in parameters.items()]
-        session = check(self.grid.open())
-        self.handle = check(self.grid.createProject(session, priority, name, values))
-        check(self.grid.close(session))
-        check(self.grid.setStreamResults(self.handle, True))
-        check(self.grid.startProject(self.handle))
+        self.handle = create_project(self.grid, name, priority, parameters)
 
     def add(self, command: Union[str, Sequence[Text]]) -> int:
         """Adds a job, a line for the shell or a program with its arguments, and gives its number."""
@@ -67,18 +60,17 @@ class Project:
         """
         grid, project = self.grid, self.handle
         grid.check(grid.markAllJobsCreated(project))
-        position = 0
+        known = 0
         is_last = False
         while not is_last:
             is_last = grid.check(grid.isCompleted(project)) == 1
             directory = pathlib.Path(grid.text(grid.getResultDirectory, project))
-            count = grid.check(grid.getStreamedResultFilesCount(project))
-            for position in range(position, count):
-                name = grid.text(grid.getStreamedResultFiles, project, ctypes.c_int(position))
-                yield Result(int("".join(filter(str.isdigit, name))), directory / name)
-            if position == count and not is_last:
+            ended = streamed(grid, project, known)
+            known += len(ended)
+            for job, name in ended:
+                yield Result(job, directory / name)
+            if not ended and not is_last:
                 grid.actionWait(_MILLISECONDS)
-            position = count
         grid.check(grid.waitCompletion(project))
 
     def __enter__(self) -> "Project":
