@@ -71,9 +71,6 @@ class Executor(concurrent.futures.Executor):
             raise ValueError("max_workers must be greater than 0")
         if initializer is not None and not callable(initializer):
             raise TypeError("initializer must be a callable")
-        if hasattr(sys.modules["__main__"], "vantiro_is_importing"):
-            raise RuntimeError("a job imports the main module, which is not to submit jobs then: "
-                               "put that below `if __name__ == \"__main__\":`")
         self._most = sys.maxsize if max_workers is None else max_workers
         self._initializer = initializer and (initializer, initargs)
         self._grid = grid or start()

@@ -1,6 +1,7 @@
 """The grid of this process, started when it is first needed, and the projects in it."""
 import ctypes
 import os
+import sys
 import threading
 from typing import List, Mapping, Optional, Tuple, Union
 
@@ -25,6 +26,9 @@ def start(
     :func:`run`, :class:`Executor`, :class:`Project` and :class:`Run` call it by themselves.
     """
     global _started
+    if hasattr(sys.modules["__main__"], "vantiro_is_importing"):
+        raise RuntimeError("a job imports the main module, which is not to use the grid by that: put "
+                           "what uses it below `if __name__ == \"__main__\":`")
     with _lock:
         if _started is not None:
             if settings is not None or home is not None or processors:
