@@ -86,7 +86,7 @@ def draw_grid():
 
 def draw_alternatives():
     figure, axes = plt.subplots(figsize=(7, 3))
-    bars(axes, of("jpype"), 0.8, "our Python client and JPype", (0, 1.4))
+    bars(axes, of("jpype"), 0.95, "our Python client and JPype", (0, 1.4))
     axes.set_xlabel("time by our client / time by JPype")
     save(figure, "jpype")
 

@@ -1,7 +1,7 @@
 # Debian packages, which `cpack` makes in the build folder: libvantiro1, libvantiro-dev,
-# vantiro-local-grid and vantiro-doctor. The library's directory is found through the loader's
-# configuration. Its VantiroDLL.conf names the default Java runtime of the Debian release that the
-# packages are built on, and is an administrator's to change.
+# vantiro-local-grid, vantiro-doctor and python3-vantiro. The library's directory is found through
+# the loader's configuration. Its VantiroDLL.conf names the default Java runtime of the Debian
+# release that the packages are built on, and is an administrator's to change.
 
 separate_arguments(flags NATIVE_COMMAND "${CMAKE_C_FLAGS}")
 execute_process(COMMAND ${CMAKE_C_COMPILER} ${flags} -print-multiarch
@@ -78,6 +78,27 @@ Walks through the search of libvantiro for a Java runtime and for its archives,
 starts the runtime in a process of its own, and names the cause and the cure of
 each trouble.")
   set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same_version}, libc6 (>= 2.34)")
+endif()
+
+if(TARGET vantiro_python)
+  package(python python3-vantiro python
+    "Grid computing in Python, as on one machine" "\
+What subprocess.run and concurrent.futures are on one machine, on as many as a
+grid has; and each function of libvantiro.")
+  set(CPACK_DEBIAN_PACKAGE_PYTHON_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_PACKAGE_PYTHON_PACKAGE_DEPENDS
+    "python3 (>= 3.8), libvantiro1 (>= ${PROJECT_VERSION})")
+  file(CONFIGURE OUTPUT ${made}/python/postinst CONTENT
+    "#!/bin/sh\nset -e\n[ \"$1\" != configure ] || py3compile -p python3-vantiro\n" @ONLY)
+  file(CONFIGURE OUTPUT ${made}/python/prerm CONTENT
+    "#!/bin/sh\nset -e\npy3clean -p python3-vantiro\n" @ONLY)
+  file(CHMOD ${made}/python/postinst ${made}/python/prerm
+    PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+  set(CPACK_DEBIAN_PACKAGE_PYTHON_PACKAGE_CONTROL_EXTRA
+    ${made}/python/postinst ${made}/python/prerm)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/clients/python/vantiro
+    DESTINATION /usr/lib/python3/dist-packages COMPONENT package_python EXCLUDE_FROM_ALL
+    PATTERN __pycache__ EXCLUDE)
 endif()
 
 # The library's configuration.

@@ -1,23 +1,20 @@
 """python_test.py PROJECT LIBRARY: the Python client, with a Python of the library's word size."""
+import concurrent.futures
+import math
+import os
 import pathlib
-import re
+import signal
 import struct
+import subprocess
 import sys
 import tempfile
 import threading
+import time
 import unittest
 
 PROJECT, LIBRARY = map(pathlib.Path, sys.argv[1:])
 sys.path.insert(0, str(PROJECT / "clients/python"))
 import vantiro
-from vantiro._signatures import SIGNATURES
-
-LETTERS = {
-    r"int count1, int count2, \.\.\.": "P", r"int count, \.\.\.": "L",
-    r"int \*index, char \*buffer, unsigned int \*size": "X",
-    r"char \*buffer, unsigned int \*size": "O", r"void \(\*callback\)\(const char \*text\)": "C",
-    r"const char \*\w+": "S", r"unsigned char \w+": "B", r"int \w+": "I", r"void|, ": "",
-}
 LONG = "x" * 400000
 grid = vantiro.Library(LIBRARY)
 
@@ -30,17 +27,6 @@ class BeforeTheStart(unittest.TestCase):
                         lambda: grid.list(grid.getResultFiles, 1)):
                 self.assertRaisesRegex(vantiro.Error, r"not initialized \(status -11\)", ask)
             self.assertRaisesRegex(vantiro.Error, r"status -7\b", grid.check, -7)
-
-    def test_signatures_are_those_of_the_headers(self):
-        text = "".join(path.read_text() for path in (PROJECT / "include/vantiro").glob("*.h"))
-        text = re.sub(r"\s+", " ", re.sub(r"/\*.*?\*/", "", text, flags=re.S))
-        declared = {}
-        for name, letters in re.findall(r"VANTIRO_API int vantiro_(\w+)\(([^;]*)\);", text):
-            for parameters, letter in LETTERS.items():
-                letters = re.sub(parameters, letter, letters)
-            if re.fullmatch("[A-Z]*", letters):  # else another form, or for C alone
-                declared[name] = letters.lower()
-        self.assertEqual(SIGNATURES, declared)
 
     def test_what_cannot_be_loaded(self):
         with tempfile.NamedTemporaryFile() as file:
@@ -76,6 +62,8 @@ class Started(unittest.TestCase):
         self.assertEqual(grid.getProjectParamCount(self.project), 3002)
         self.assertRaises(TypeError, grid.setProjectParams, self.project, "k=v")
         self.assertRaises(TypeError, grid.setLogLevel)
+        for project in (self.project + 2**32, self.project - 2**33):
+            self.assertEqual(grid.getProjectParamCount(project), 3002)
 
     def test_a_loop_of_calls_keeps_nothing(self):
         """What the calls of each line make is several times the heap."""
@@ -94,8 +82,8 @@ class Started(unittest.TestCase):
                 with grid.attachment():
                     pass
                 grid.check(grid.open())
-                attached.append(grid._frames._present_env() is not None)
-            attached.append(grid._frames._present_env() is not None)
+                attached.append(grid._frames.present_env() is not None)
+            attached.append(grid._frames.present_env() is not None)
 
         thread = threading.Thread(target=use)
         thread.start()
@@ -104,13 +92,104 @@ class Started(unittest.TestCase):
 
     def test_a_receiver_is_kept_and_may_raise(self):
         received = []
-        self.addCleanup(setattr, sys, "unraisablehook", sys.unraisablehook)
-        sys.unraisablehook = lambda _: None
+        self.addCleanup(setattr, sys, "excepthook", sys.excepthook)
+        sys.excepthook = lambda *_: None
         grid.check(grid.peach_setExecutable(self.peach, "echo one; echo two"))
         grid.check(grid.peach_setIntermediateResultHandler(
             self.peach, lambda text: received.append(text) or 1 / 0))
         grid.check(grid.peach_execute(self.peach))
         self.assertEqual(received, ["1:one", "1:two"])
+
+
+def fail(number):
+    raise KeyError(number)
+
+
+class Jobs(unittest.TestCase):
+    """What the standard library has for one machine."""
+
+    @classmethod
+    def setUpClass(cls):
+        home = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(home.cleanup)
+        grid.check(grid.initWithoutFile(home.name, None, None, None, 2, "OFF", None, 0, 0, None,
+                                        None))
+        cls.addClassCleanup(grid.unload2, 1, 1)
+
+    def test_run_is_that_of_subprocess(self):
+        for args, options in (
+                (["sh", "-c", "cat; pwd; echo $A >&2; exit 3"],
+                 {"input": "é\r\n", "text": True, "cwd": "/", "env": {"A": "b"},
+                  "capture_output": True}),
+                ("echo a; echo b >&2; kill -9 $$",
+                 {"shell": True, "stdout": subprocess.PIPE, "stderr": subprocess.STDOUT})):
+            here, there = (run(args, **options) for run in (
+                subprocess.run, lambda *a, **k: vantiro.run(*a, grid=grid, **k)))
+            self.assertEqual(vars(there), vars(here))
+        with self.assertRaises(subprocess.CalledProcessError):
+            vantiro.run("false", check=True, grid=grid)
+        with self.assertRaises(subprocess.TimeoutExpired) as caught:
+            vantiro.run("echo a; sleep 60", shell=True, timeout=1, stdout=-1, grid=grid)
+        self.assertEqual(caught.exception.output, b"a\n")
+
+    def test_executor(self):
+        with vantiro.Executor(grid=grid, initializer=os.chdir, initargs=("/",)) as pool:
+            running = pool.submit(time.sleep, 2)
+            roots = pool.map(math.sqrt, range(10), chunksize=3)
+            failed, broken = pool.submit(fail, 7), pool.submit(os._exit, 3)
+            commands = pool.map(vantiro.run, [["true"], ["false"]])
+            done = set(concurrent.futures.as_completed([failed, broken]))
+            self.assertEqual(list(roots), [math.sqrt(number) for number in range(10)])
+            self.assertEqual([command.returncode for command in commands], [0, 1])
+            self.assertEqual(done, {failed, broken})
+            self.assertEqual(failed.exception().args, (7,))
+            self.assertIn("in fail", str(failed.exception().__cause__))
+            self.assertRegex(str(broken.exception()), "exit status 3")
+            self.assertIsInstance(broken.exception(), concurrent.futures.BrokenExecutor)
+            self.assertEqual(pool.submit(os.getcwd).result(), "/")
+            self.assertFalse(running.cancel())
+        with vantiro.Executor(1, grid=grid) as pool:
+            first, second, third = (pool.submit(time.sleep, 0.5) for _ in range(3))
+            while not first.running():
+                time.sleep(0.01)
+            self.assertTrue(third.cancel())
+            self.assertFalse(second.running())
+        self.assertEqual([first.result(), second.result()], [None, None])
+        self.assertRaises(RuntimeError, pool.submit, abs, 1)
+
+    def test_projects_and_runs(self):
+        with vantiro.Project("p", parameters={"a": 5}, grid=grid) as project:
+            self.assertEqual(project.add("echo $VANTIRO_PARAM_a; exit $VANTIRO_JOB"), 1)
+            self.assertEqual(project.add(["echo", "b c"]), 2)
+            outputs = {}
+            with self.assertRaisesRegex(vantiro.Error, "job 1 .*exit status 1"):
+                for result in project:
+                    outputs[result.job] = result.read()
+        self.assertEqual(outputs, {1: b"5\n", 2: b"b c\n"})
+        with vantiro.Run("echo a > b", jobs=2, outputs=["b"], grid=grid) as run:
+            self.assertEqual([path.read_text() for path in run], ["a\n", "a\n"])
+
+    def test_ctrl_c_ends_the_jobs_at_once(self):
+        def execute():
+            with vantiro.Run("sleep 60", grid=grid) as run:
+                run.execute()
+
+        def iterate():
+            with vantiro.Project(grid=grid) as project:
+                project.add("sleep 60")
+                list(project)
+
+        def submit():
+            with vantiro.Executor(grid=grid) as pool:
+                pool.submit(time.sleep, 60)
+
+        for wait in (execute, iterate, submit, lambda: vantiro.run(["sleep", "60"], grid=grid)):
+            timer = threading.Timer(0.5, os.kill, [os.getpid(), signal.SIGINT])
+            timer.start()
+            begin = time.monotonic()
+            self.assertRaises(KeyboardInterrupt, wait)
+            self.assertLess(time.monotonic() - begin, 20)
+            timer.join()
 
 
 if __name__ == "__main__":

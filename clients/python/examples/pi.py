@@ -6,7 +6,6 @@
 import argparse
 import pathlib
 import tempfile
-import threading
 
 import vantiro
 
@@ -24,45 +23,27 @@ awk -v samples="$VANTIRO_PARAM_samples" -v job="$VANTIRO_JOB" 'BEGIN {
 
 
 class Progress:
-    """Counts the jobs that are done; several report at the same time."""
+    """Counts the jobs that are done."""
 
     def __init__(self) -> None:
-        self._lock = threading.Lock()
         self._done = 0
 
     def take(self, result: str) -> None:
-        with self._lock:
-            self._done += 1
-            print(f"job {result.split(':')[0]} done, {self._done} of {JOBS}", flush=True)
+        self._done += 1
+        print(f"job {result.split(':')[0]} done, {self._done} of {JOBS}", flush=True)
 
 
-def estimate(grid: vantiro.Library, directory: pathlib.Path, samples: int) -> None:
-    check, text = grid.check, grid.text
-    home = directory / "grid"
-    check(grid.initWithoutFile(home, None, None, None, 0, None, None, 0, 0, None, None))
-
+def estimate(directory: pathlib.Path, samples: int) -> None:
+    grid = vantiro.start(home=directory / "grid")
     worker = directory / "pi_worker"
     worker.write_text(WORKER)
-    run = check(grid.peach_handle())
-    check(grid.peach_setName(run, "pi"))
-    check(grid.peach_setStateDir(run, directory / "state"))
-    check(grid.peach_setJobs(run, JOBS))
-    check(grid.peach_addExeFile(run, worker, "pi_worker", "", ""))
-    check(grid.peach_setExecutable(run, "./pi_worker"))
-    check(grid.peach_putProjectParam(run, "samples", str(samples)))
-    check(grid.peach_addOutputFile(run, "pi.txt"))
-    check(grid.peach_setRemove(run, True))
-    check(grid.peach_setIntermediateResultHandler(run, Progress().take))
-    check(grid.peach_execute(run))
-
-    inside = drawn = 0
-    while path := text(grid.peach_nextFile, run):
-        counts = pathlib.Path(path).read_text().split()
-        inside += int(counts[0])
-        drawn += int(counts[1])
-    check(grid.peach_done(run))
-    bits = text(grid.getJavaSystemProperty, "sun.arch.data.model")
-    version = text(grid.getJavaSystemProperty, "java.version")
+    with vantiro.Run("./pi_worker", name="pi", jobs=JOBS, program_files=[worker],
+                     parameters={"samples": samples}, outputs=["pi.txt"],
+                     receiver=Progress().take) as run:
+        counts = [[int(word) for word in path.read_text().split()] for path in run]
+    inside, drawn = map(sum, zip(*counts))
+    bits = grid.text(grid.getJavaSystemProperty, "sun.arch.data.model")
+    version = grid.text(grid.getJavaSystemProperty, "java.version")
     print(f"pi is about {4 * inside / drawn:.6f}, from {drawn} samples, on {bits}-bit Java {version}")
 
 
@@ -73,7 +54,7 @@ def main() -> None:
     if samples < 1:
         parser.error("SAMPLES must be at least 1")
     with tempfile.TemporaryDirectory(prefix="pi-") as directory:
-        estimate(vantiro.Library(), pathlib.Path(directory), samples)
+        estimate(pathlib.Path(directory), samples)
 
 
 if __name__ == "__main__":

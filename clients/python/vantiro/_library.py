@@ -1,41 +1,41 @@
 """The library as an object, and what makes its functions easy to use from Python."""
 import ctypes
 import os
-import threading
-from typing import TYPE_CHECKING, Any, Callable, ContextManager, List, Union
+from typing import Any, Callable, ContextManager, List, Union
 
-from ._frames import LONG, Frames
+from . import _waiting
+from ._frames import CAPACITY, LONG, THREADS, Frames
 from ._functions import functions
 from ._loading import load
+from ._operations import Operations
 from ._strings import decode
 
-_OK, _UNCAUGHT_EXCEPTION, _BUFFER_TOO_SMALL, _OUT_OF_BOUNDS = 0, -13, -23, -24
-
-# A longer text is asked for twice, and an operation such as peach_nextFile answers the second time
-# with what comes next. Any path fits.
-_CAPACITY = 16384
+_OK, _NOT_INITIALIZED, _UNCAUGHT_EXCEPTION = 0, -11, -13
+_BUFFER_TOO_SMALL, _OUT_OF_BOUNDS = -23, -24
 
 
 class Error(Exception):
-    """A function of the library returned the failure ``status``, which means ``text``."""
+    """A function of the library returned the failure ``status``, which means ``text``.
 
-    def __init__(self, status: int, text: str) -> None:
-        super().__init__(status, text)
+    ``message`` is what Java had to say about it, if anything.
+    """
+
+    def __init__(self, status: int, text: str, message: str = "") -> None:
+        super().__init__(status, text, message)
         self.status = status
         self.text = text
+        self.message = message
+
+    def add_doctor(self) -> None:
+        """Names, for a start that failed, the program that tells why."""
+        if self.status <= _NOT_INITIALIZED:
+            self.message += "; vantiro-doctor tells why" if self.message else "vantiro-doctor tells why"
 
     def __str__(self) -> str:
-        return f"{self.text} (status {self.status})"
+        return f"{self.text} (status {self.status}){': ' * bool(self.message)}{self.message}"
 
 
-class _Answer(threading.local):
-    """Where the present thread's strings come out: a buffer and its size."""
-
-    def __init__(self) -> None:
-        self.parts = ctypes.create_string_buffer(_CAPACITY), ctypes.c_uint()
-
-
-class Library:
+class Library(Operations):
     """``libvantiro``, with each ``vantiro_<operation>`` as the method ``<operation>``.
 
     ``path`` names the library. Without it the environment variable ``VANTIRO_LIBRARY`` does, and
@@ -50,12 +50,8 @@ class Library:
         self.library = load(path)
         """The library itself, for what is not a method: plug-in objects, the host state."""
         self._frames = Frames(self.library)
-        self._answer = _Answer()
         vars(self).update(functions(self.library, self._frames))
-
-    if TYPE_CHECKING:
-
-        def __getattr__(self, name: str) -> Callable[..., int]: ...
+        _waiting.improve(self)
 
     def check(self, status: int) -> int:
         """Gives ``status`` back, unless it is negative: then raises :class:`Error`."""
@@ -68,13 +64,12 @@ class Library:
 
         ``arguments`` are those before the buffer: ``grid.text(grid.peach_nextFile, run)``.
         """
-        frames = self._frames
-        for _ in frames.room:
-            break
-        else:
-            frames.renew()
-        buffer, size = self._answer.parts
-        size.value = _CAPACITY
+        thread = THREADS.present
+        thread.calls_left -= 1
+        if thread.calls_left < 0:
+            self._frames.renew()
+        buffer, size = thread.buffer, thread.size
+        size.value = CAPACITY
         status = function(*arguments, buffer, size)
         while status == _BUFFER_TOO_SMALL:
             buffer = ctypes.create_string_buffer(size.value)
@@ -82,7 +77,7 @@ class Library:
         if status != _OK:
             raise self._error(status)
         if size.value > LONG:
-            frames.take(size.value // LONG)
+            self._frames.take(size.value // LONG)
         return decode(buffer.value) if size.value else ""
 
     def list(self, function: Callable[..., int], *arguments: Any) -> List[str]:
@@ -123,6 +118,8 @@ class Library:
         if status == _UNCAUGHT_EXCEPTION:
             self._frames.renew()  # the exception is a reference too
         try:
-            return Error(status, self.text(self.describeStatusCode, status))
+            text = self.text(self.describeStatusCode, status)
+            said = status >= _UNCAUGHT_EXCEPTION and status != _NOT_INITIALIZED
+            return Error(status, text, self.text(self.getLastErrorMessage) if said else "")
         except Error as error:  # never of a status of the library's own
             return Error(status, f"unknown, for want of an answer from Java: {error}")

@@ -1,0 +1,17 @@
+# Fortran, where there is a compiler that makes programs of this word size.
+include(CheckLanguage)
+check_language(Fortran)
+if(NOT CMAKE_Fortran_COMPILER OR VANTIRO_SANITIZE)
+  return()
+endif()
+set(try ${PROJECT_BINARY_DIR}/CMakeFiles/try.f90)
+file(WRITE ${try} "print *, 1\nend\n")
+separate_arguments(flags NATIVE_COMMAND "${CMAKE_C_FLAGS}")
+execute_process(COMMAND ${CMAKE_Fortran_COMPILER} ${flags} ${try} -o ${try}.out
+  RESULT_VARIABLE result OUTPUT_QUIET ERROR_QUIET)
+if(NOT result EQUAL 0)
+  message(STATUS "Fortran is left out: the package gfortran-multilib brings that for 32 bits")
+  return()
+endif()
+set(CMAKE_Fortran_FLAGS "${CMAKE_C_FLAGS}" CACHE STRING "Flags of the Fortran compiler")
+enable_language(Fortran)
