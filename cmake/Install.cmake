@@ -21,6 +21,7 @@ function(install_into bin include lib man link_options prefix)
   if(VANTIRO_FORTRAN)
     install(FILES ${VANTIRO_FORTRAN} DESTINATION ${include} ${development})
   endif()
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/clients/cpp/vantiro DESTINATION ${include} ${development})
   get_target_property(archive vantiro_java JAR_FILE)
   install(FILES ${archive} ${PROJECT_SOURCE_DIR}/java/slurm.properties
     DESTINATION ${lib}/vantiro ${local_grid})
