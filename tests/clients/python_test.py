@@ -13,7 +13,7 @@ import vantiro
 from vantiro._signatures import SIGNATURES
 
 LETTERS = {
-    r"int count1, int count2, \.\.\.": "P", r"int count, \.\.\.": "L",
+    r"int file_count, int import_count, \.\.\.": "P", r"int count, \.\.\.": "L",
     r"int \*index, char \*buffer, unsigned int \*size": "X",
     r"char \*buffer, unsigned int \*size": "O", r"void \(\*callback\)\(const char \*text\)": "C",
     r"const char \*\w+": "S", r"unsigned char \w+": "B", r"int \w+": "I", r"void|, ": "",
