@@ -23,8 +23,8 @@ extern "C" {
  * a job would find under one name are refused.
  *
  * @code
- * vantiro_peach_setJobFileNames(run, 2, "mesh", "load");        // what each job calls its two
- * files vantiro_peach_addJobFile(run, 2, "wing.msh", "cruise.txt");   // job 1
+ * vantiro_peach_setJobFileNames(run, 2, "mesh", "load");        // as each job calls its files
+ * vantiro_peach_addJobFile(run, 2, "wing.msh", "cruise.txt");   // job 1
  * vantiro_peach_addJobFile(run, 2, "wing.msh", "landing.txt");  // job 2
  * vantiro_peach_addParamFile(run, "solver.conf");               // all jobs
  * vantiro_peach_newDataBundleWithName(run, "materials");        // all jobs, in materials/
