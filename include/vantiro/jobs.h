@@ -27,8 +27,8 @@ extern "C" {
  * | `VANTIRO_JOB`, `VANTIRO_JOBS` | the job's number; how many jobs there were when it started |
  * | `VANTIRO_PROJECT`, `VANTIRO_PRIORITY` | the number and the priority of its project |
  * | `VANTIRO_PARAM_<key>` | each parameter of its project |
- * | `VANTIRO_NAME` | a name that no other job has, also of other programs that share the grid's
- * home | | `VANTIRO_WORKDIR`, `TMPDIR` | its working directory; the setting `temp.dir` |
+ * | `VANTIRO_NAME` | a name that no other job has, of all programs that share the home |
+ * | `VANTIRO_WORKDIR`, `TMPDIR` | its working directory; the setting `temp.dir` |
  *
  * All other variables are the program's own.
  *

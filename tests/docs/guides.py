@@ -1,8 +1,8 @@
-"""Compiles and runs the programs of a guide, and the examples in the headers.
+"""Compiles and runs the programs of a page, and the examples in the headers.
 
-guides.py PROJECT BUILD CC CXX FLAGS PYTHON GUIDE   each program of docs/guides/GUIDE.md prints what
-                                                    stands behind it, or behind the one before
-guides.py PROJECT BUILD CC CXX FLAGS PYTHON headers the examples in the headers compile
+guides.py PROJECT BUILD CC CXX FLAGS PYTHON PAGE     each program of the page prints what stands behind
+                                                     it, or behind the one before
+guides.py PROJECT BUILD CC CXX FLAGS PYTHON headers  the examples in the headers compile
 """
 import os
 import pathlib
@@ -60,11 +60,12 @@ def ready(name):
 def guide():
     # Programs that name no home of their own have the test's.
     (here / "vantiro.properties").write_text("grid.home = home\n")
-    pages = [(project / f"docs/guides/{name}.md").read_text() for name in {"first-run", what}]
-    for block in BLOCK.finditer("".join(pages)):  # The first run has what the others use, too.
+    page = (project / what).read_text()
+    # The first run has what the others use, too.
+    for block in BLOCK.finditer((project / "docs/guides/first-run.md").read_text() + page):
         if block["name"]:
             (here / block["name"]).write_text(block["text"])
-    blocks = list(BLOCK.finditer((project / f"docs/guides/{what}.md").read_text()))
+    blocks = list(BLOCK.finditer(page))
     programs, expected = 0, None
     for block, following in zip(blocks, blocks[1:] + [None]):
         command = block["name"] and ready(block["name"])
