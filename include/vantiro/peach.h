@@ -83,7 +83,8 @@ VANTIRO_API int vantiro_peach_handle(void);
  *
  * Before the first job starts, inputs are looked for, and the outputs that an earlier run left in
  * the state directory are removed. Receivers of intermediate results are called by this thread,
- * before it returns. A run executes once.
+ * before it returns. A run executes once: one that failed, for want of an input say, is described
+ * anew as another run.
  *
  * When a job fails the others go on. Then the result is negative and the run's files are not handed
  * out, unless vantiro_peach_setAllowPartial() was set. vantiro_peach_getLastErrorMessage() names
@@ -110,7 +111,7 @@ VANTIRO_API int vantiro_peach_execute(int run);
  * of each job that has succeeded, in the order in which they end.
  *
  * The files of failed jobs are not handed out. Each file is handed out once, also when its name did
- * not fit: give the buffer `PATH_MAX` bytes.
+ * not fit: give the buffer 4096 bytes, the `PATH_MAX` of `<limits.h>`.
  *
  * @param run     the run's handle
  * @param buffer  receives the absolute path (see @ref string_buffers)
@@ -281,10 +282,11 @@ VANTIRO_API void vantiro_peach_intermediate_callback(vantiro_JNIEnv *jni, vantir
  *
  * Each string is `key=value`, and stands for one function of vantiro/peach_settings.h or
  * vantiro/peach_inputs.h: the key is its name without `vantiro_peach_` and `set`, `add`, `put` or
- * `new`, the first letter small (`jobs=16`, `outputFile=*.txt`, `stateDir=out`). Several arguments
- * of one function are separated by commas (`jobFile=a.txt,b.txt`, `exeFile=tool,tool,,755`), those
- * of the `put` functions by `=`, with a key in the singular (`jobExtra=unit=mm`). Flags are 0 or 1.
- * A text with a comma in it takes the functions themselves.
+ * `new`, the first letter small (`jobs=16`, `outputFile=*.txt`, `dataBundle=tables`). Several
+ * arguments of one function are separated by commas (`jobFile=a.txt,b.txt`,
+ * `exeFile=tool,tool,,755`), those of the `put` functions by `=`, with a key in the singular
+ * (`jobExtra=unit=mm`). Flags are 0 or 1. A file with a comma in its name takes the functions
+ * themselves.
  *
  * @param count  the number of strings
  * @param ...    `count` strings, all `const char *` (see @ref strings_in)
@@ -320,7 +322,7 @@ VANTIRO_API int vantiro_peach3(int count, const char **list);
  * It does what vantiro_peach_nextFile() does, which has the details.
  *
  * @param run     what vantiro_peach() returned
- * @param buffer  receives the absolute path (see @ref string_buffers); `PATH_MAX` bytes
+ * @param buffer  receives the absolute path (see @ref string_buffers); 4096 bytes
  * @param size    in: the capacity of `buffer`; out: the length plus 1, or 0 when there is no file
  * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses
  * @note Nothing on null: status 0 with `*size` 0 means that there are no more files.

@@ -118,7 +118,8 @@ VANTIRO_API int vantiro_peach_setProjectId(int run, int id);
  *        `setResultFile(int, String)`.
  *
  * vantiro_peach_execute() writes it when the run has succeeded, with `job-1/`, `job-2/` and so on
- * in it; a file of that name is replaced.
+ * in it, each with `stdout` and `stderr`; where vantiro_peach_setAllowPartial() lets a run succeed,
+ * those of failed jobs are among them. A file of that name is replaced.
  *
  * @param run   the run's handle
  * @param file  the path of the archive, a zip file; not null. There is none when it is not set
@@ -140,7 +141,7 @@ VANTIRO_API int vantiro_peach_setJobs(int run, int jobs);
  * @brief Lets the run succeed although jobs fail: the Java method `setAllowPartial(int, boolean)`.
  *
  * vantiro_peach_execute() then gives 0 also when jobs failed or were stopped, and
- * vantiro_peach_nextFile() the files of those that succeeded.
+ * vantiro_peach_nextFile() the files of those that succeeded, whose paths tell which these are.
  * vantiro_peach_getLastErrorMessage() tells which failed; the statistic `failed` of the run's
  * project, how many.
  *
@@ -336,7 +337,8 @@ VANTIRO_API int vantiro_peach_putSourceExtras(int run, const char *key, const ch
  * @brief Adds an output to keep: the Java method `addOutputFile(int, String)`.
  *
  * A job that ends without a file of that name has failed; a pattern may fit none. Without any call
- * every file that a job wrote is kept, `stdout` and `stderr` among them.
+ * every file that a job wrote is kept. `stdout` and `stderr` are kept always, and handed out by
+ * vantiro_peach_nextFile() when they are listed by these names or nothing is.
  *
  * @param run   the run's handle
  * @param file  the name of a file below the working directory, or a pattern: `*` and `?` within a

@@ -154,9 +154,8 @@ VANTIRO_API int vantiro_getUsedCpuTime(int project);
  *                 of jobs; `usedTime` or `usedCpuTime`, in milliseconds
  * @param buffer   receives the number (see @ref string_buffers)
  * @param size     in: the capacity of `buffer`; out: the length plus 1
- * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses,
- *         #VANTIRO_ERROR_UNCAUGHT_EXCEPTION for another name
- * @note Nothing on null.
+ * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses
+ * @note Nothing on null, which means that there is no figure of that name.
  */
 VANTIRO_API int vantiro_getProjectStatistic(int project, const char *name, char *buffer,
                                             unsigned int *size);
@@ -266,7 +265,7 @@ VANTIRO_API int vantiro_unzipFile(const char *archive, const char *directory, co
  * with the project. No download is needed.
  *
  * @param project  the project's handle
- * @param buffer   receives the path (see @ref string_buffers); give it `PATH_MAX` bytes
+ * @param buffer   receives the path (see @ref string_buffers); give it 4096 bytes
  * @param size     in: the capacity of `buffer`; out: the length plus 1
  * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses
  * @note Nothing on null.

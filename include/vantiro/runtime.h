@@ -16,7 +16,8 @@ extern "C" {
  * @brief One initialiser starts Java inside the process and reads the settings; unloading ends all.
  *
  * Settings come from a file (vantiro_init(), vantiro_initFile()), or from the program
- * (vantiro_initWithoutFile()). The page of the @ref page-java-readme-settings "local grid" names them all.
+ * (vantiro_initWithoutFile()). The @ref page-java-readme-settings
+ * "page of the local grid" names them all.
  *
  * @code
  * // A home of its own, two jobs at once, each killed after 60 seconds; all else by default.
