@@ -1,7 +1,7 @@
 /**
  * @file vantiro.h
  * @brief Grid computing through a Java management library, from any program that can call plain
- *        functions.
+ *        functions. It includes all the other headers.
  *
  * A program calls one initialiser (vantiro_init(), vantiro_initFile(),
  * vantiro_initFileWithPassword() or vantiro_initWithoutFile()), which finds and loads a Java
@@ -9,9 +9,14 @@
  * `vantiro_<operation>` is one call of the Java method `<operation>` of that object, and each
  * `vantiro_peach_<operation>` one call of the parallel-each object.
  *
- * What the Java methods do, and what their integers and strings mean, is defined by the Java
- * library that is installed beside this one. The rules below are this library's own and hold for
- * every function.
+ * There are two ways to have jobs run:
+ * - one program over many inputs: a parallel-each run (vantiro/peach.h), which needs no session;
+ * - jobs of any kind: a project in a session (vantiro/connection.h, vantiro/projects.h,
+ *   vantiro/results.h), with bundles of files that several projects share (vantiro/bundles.h).
+ *
+ * Each block says what its function does with the local grid that comes with the library. Another
+ * management library in its place may give an operation, an integer or a string another meaning;
+ * then its own description holds, and of the blocks the C types and the rules below.
  *
  * @section call_statuses Statuses of every call
  *
@@ -22,11 +27,18 @@
  *   these parameters. Nothing was written.
  * - #VANTIRO_ERROR_UNCAUGHT_EXCEPTION: the Java method threw. The Java machine has written the
  *   exception to standard error; it is cleared, and the next call starts afresh. Nothing was
- *   written.
+ *   written. The local grid throws for a handle that it does not know, a null that is needed, a
+ *   malformed argument, and every failure of a function that has no room for a code;
+ *   vantiro_getLastErrorMessage() has the text.
  *
- * A Java `int` result is returned unchanged, so a Java result of -11, -12 or -13 cannot be told
- * from these three. A Java `boolean` is returned as 1 or 0, a Java `long` as its low 32 bits, and
- * a method without a result gives 0.
+ * Other failures are the negative @ref grid_codes. A Java `int` result is returned unchanged, so a
+ * Java result of -11, -12 or -13 cannot be told from these three. A Java `boolean` is returned as 1
+ * or 0, a Java `long` as its low 32 bits, and a method without a result gives 0.
+ *
+ * @section handles Sessions, projects and runs
+ *
+ * They are known by small positive handles, which are never used twice in a process. An initialiser
+ * that is called again does not end them; vantiro_unload() ends them all.
  *
  * @section string_buffers Strings that come out
  *
@@ -53,6 +65,7 @@
  * @code
  * int count = 1;
  * for (int i = 0; i < count; ++i) {
+ *   char name[PATH_MAX];
  *   unsigned int size = sizeof name;
  *   count = i;
  *   if (vantiro_getResultFiles(project, &count, name, &size) != VANTIRO_OK) break;
@@ -63,13 +76,15 @@
  * A position outside the list gives `*size` 1 and, when the capacity is not 0, an empty string.
  * #VANTIRO_ERROR_BUFFER_TOO_SMALL leaves `*index` as it was and, unlike the single strings, puts an
  * empty string into a `buffer` whose capacity is not 0. A null element is answered as under
- * "nothing on null", with `*index` set to the length.
+ * "nothing on null", with `*index` set to the length. When Java cannot tell the length, the status
+ * is #VANTIRO_ERROR_INDEX_OUT_OF_BOUNDS and `*index` the negative code of that failure.
  *
  * @section strings_in Strings and lists that go in
  *
  * Strings are NUL-terminated and in Java's modified UTF-8: ASCII passes unchanged, and nothing is
  * transcoded. A null pointer reaches Java as null, as a string of its own or as an element of a
- * list.
+ * list. Where an empty string means "none" or "as it is", null means the same; elsewhere it is
+ * refused. Relative paths count from the directory where the Java machine was started.
  *
  * A list is an `int` count and that many strings: as variadic arguments, or, in the forms whose
  * name ends in `2` or `3`, as an array. The forms do the same. A count of 0 is an empty Java array;
@@ -90,7 +105,9 @@
 
 #include "vantiro/bundles.h"
 #include "vantiro/connection.h"
+#include "vantiro/jobs.h"
 #include "vantiro/peach.h"
+#include "vantiro/peach_inputs.h"
 #include "vantiro/peach_settings.h"
 #include "vantiro/projects.h"
 #include "vantiro/results.h"

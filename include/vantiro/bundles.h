@@ -1,11 +1,6 @@
 /**
  * @file vantiro/bundles.h
- * @brief Creating, signing, uploading, looking up and selecting bundles.
- *
- * What the integers and strings mean, and what the Java results mean, is the Java library's.
- * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
- *
- * The functions that ask a question return 1 or 0; a negative answer is a status, not a yes.
+ * @brief Bundles: named and versioned archives of files that the jobs of many projects share.
  */
 #ifndef VANTIRO_BUNDLES_H
 #define VANTIRO_BUNDLES_H
@@ -17,211 +12,306 @@ extern "C" {
 #endif
 
 /**
- * @brief Creates a bundle: the Java method `createBundle(int, String, String, String, String,
- *        String, String, String, String, String, String[], String[])`.
+ * @defgroup bundles Bundles
+ * @brief A program and its files, packed once, stored in the grid's home and used by many projects.
+ *
+ * A bundle is created from files of this machine, uploaded to the store in the grid's home, and
+ * approved; from then on any project there can use it, also of other programs and later ones. Jobs
+ * find its files unpacked in their working directories.
+ *
+ * @code
+ * int id = vantiro_createBundle(project, "solver", "1.2", "", "", "A solver", "made", "build",
+ *                               "bin/solver", "", 2, 0, "bin/solver", "share/table");
+ * vantiro_uploadBundle(project);            // made/solver@1.2.jar, into the store
+ * vantiro_approveUploadedBundles(project);
+ * vantiro_useBundle(project, "solver");     // any project, from now on
+ * vantiro_createProjectJobs(project, 1, "bin/solver < /data/in > out");
+ * @endcode
+ *
+ * The functions that ask a question return 1 or 0; a negative answer is a status, not a yes.
+ * @{
+ */
+
+/**
+ * @brief Packs files into the archive of a bundle: the Java method `createBundle(int, String,
+ *        String, String, String, String, String, String, String, String, String[], String[])`.
+ *
+ * The archive is `prefix+name@version+platform.jar` in `directory`, without the parts that are
+ * empty; one that is there is replaced. The project remembers it for vantiro_uploadBundle() alone.
+ * Name, version, prefix and imports are made of letters, digits, `.`, `_` and `-`, the first being
+ * a letter or digit; of the strings between version and vendor all but `directory` and `base` may
+ * be empty or null.
  *
  * The two lists follow each other. A list with a count of 0 or less takes no string, so the other
- * one then has all of them (see @ref strings_in).
+ * one then has all of them (see @ref strings_in); neither may be null in Java, so no count is
+ * negative.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9  passed unchanged, in this order (see @ref strings_in)
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param ...     the strings of the first list, then those of the second, all `const char *`
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name          the bundle's name
+ * @param version       its version; parts between `.`, `-` and `_` are compared as numbers where
+ *                      they are numbers
+ * @param prefix        what tells it from bundles of other makers: `prefix.name` is its full name
+ * @param platform      what it is for: `linux`, `linux-i386`, `linux-amd64`, ...; empty or `any`:
+ *                      for all. Each platform of a version is an archive of its own
+ * @param description   a line about it
+ * @param directory     where the archive is written, made when it is missing
+ * @param base          the directory that `files` are named from
+ * @param executable    the one of `files` that jobs run, if any; it is made executable for them
+ * @param vendor        a line about who made it
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param ...           the files, relative to `base`, which keep their directories; then the names
+ *                      of other bundles whose files jobs are to find as well; all `const char *`
+ * @return the bundle's id, positive, which follows from prefix, name and version alone; -8 when a
+ *         file cannot be read, or `executable` is not among them; -1 when the archive cannot be
+ *         written; or one of the @ref call_statuses, #VANTIRO_ERROR_UNCAUGHT_EXCEPTION for a name,
+ *         version or platform that cannot be
  */
-VANTIRO_API int vantiro_createBundle(int handle, const char *s1, const char *s2, const char *s3,
-                                     const char *s4, const char *s5, const char *s6, const char *s7,
-                                     const char *s8, const char *s9, int count1, int count2, ...);
+VANTIRO_API int vantiro_createBundle(int project, const char *name, const char *version,
+                                     const char *prefix, const char *platform,
+                                     const char *description, const char *directory,
+                                     const char *base, const char *executable, const char *vendor,
+                                     int file_count, int import_count, ...);
 
 /**
  * @brief As vantiro_createBundle(), with the strings of both lists in one array.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9  passed unchanged, in this order (see @ref strings_in)
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param list    the strings of the first list, then those of the second
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name,version,prefix,platform,description,directory,base,executable,vendor  as there
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param list          the files, then the names of the bundles that are imported
+ * @return as vantiro_createBundle()
  */
-VANTIRO_API int vantiro_createBundle2(int handle, const char *s1, const char *s2, const char *s3,
-                                      const char *s4, const char *s5, const char *s6,
-                                      const char *s7, const char *s8, const char *s9, int count1,
-                                      int count2, const char **list);
+VANTIRO_API int vantiro_createBundle2(int project, const char *name, const char *version,
+                                      const char *prefix, const char *platform,
+                                      const char *description, const char *directory,
+                                      const char *base, const char *executable, const char *vendor,
+                                      int file_count, int import_count, const char **list);
 
 /**
  * @brief As vantiro_createBundle(), with the strings of both lists in one array.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9  passed unchanged, in this order (see @ref strings_in)
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param list    the strings of the first list, then those of the second
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name,version,prefix,platform,description,directory,base,executable,vendor  as there
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param list          the files, then the names of the bundles that are imported
+ * @return as vantiro_createBundle()
  */
-VANTIRO_API int vantiro_createBundle3(int handle, const char *s1, const char *s2, const char *s3,
-                                      const char *s4, const char *s5, const char *s6,
-                                      const char *s7, const char *s8, const char *s9, int count1,
-                                      int count2, const char **list);
+VANTIRO_API int vantiro_createBundle3(int project, const char *name, const char *version,
+                                      const char *prefix, const char *platform,
+                                      const char *description, const char *directory,
+                                      const char *base, const char *executable, const char *vendor,
+                                      int file_count, int import_count, const char **list);
 
 /**
- * @brief Creates a signed bundle: the Java method `createSignedBundle(int, String, String, String,
- *        String, String, String, String, String, String, String, String[], String[], String)`.
+ * @brief Packs files into the archive of a bundle with a digest of each: the Java method
+ *        `createSignedBundle(int, String, String, String, String, String, String, String, String,
+ *        String, String, String[], String[], String)`.
  *
- * The two lists are those of vantiro_createBundle().
+ * As vantiro_createBundle(). The store refuses such an archive when a file in it was altered: a
+ * guard against damage, not against forgers, since the signer is a name alone.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9,s10  passed unchanged, in this order (see @ref strings_in)
- * @param s11     passed as the Java method's last parameter, after both lists
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param ...     the strings of the first list, then those of the second, all `const char *`
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name,version,prefix,platform,description,directory,base,executable,vendor  as for
+ *                      vantiro_createBundle()
+ * @param signer        the signer's name, neither null nor empty
+ * @param algorithm     the digest, such as `SHA-256`; passed as the Java method's last parameter,
+ *                      after both lists
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param ...           the files, then the names of the bundles that are imported, all
+ *                      `const char *`
+ * @return as vantiro_createBundle(); -10 for an algorithm that Java does not have
  */
-VANTIRO_API int vantiro_createSignedBundle(int handle, const char *s1, const char *s2,
-                                           const char *s3, const char *s4, const char *s5,
-                                           const char *s6, const char *s7, const char *s8,
-                                           const char *s9, const char *s10, const char *s11,
-                                           int count1, int count2, ...);
-
-/**
- * @brief As vantiro_createSignedBundle(), with the strings of both lists in one array.
- *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9,s10  passed unchanged, in this order (see @ref strings_in)
- * @param s11     passed as the Java method's last parameter, after both lists
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param list    the strings of the first list, then those of the second
- * @return the Java result, unchanged; or one of the @ref call_statuses
- */
-VANTIRO_API int vantiro_createSignedBundle2(int handle, const char *s1, const char *s2,
-                                            const char *s3, const char *s4, const char *s5,
-                                            const char *s6, const char *s7, const char *s8,
-                                            const char *s9, const char *s10, const char *s11,
-                                            int count1, int count2, const char **list);
+VANTIRO_API int vantiro_createSignedBundle(int project, const char *name, const char *version,
+                                           const char *prefix, const char *platform,
+                                           const char *description, const char *directory,
+                                           const char *base, const char *executable,
+                                           const char *vendor, const char *signer,
+                                           const char *algorithm, int file_count, int import_count,
+                                           ...);
 
 /**
  * @brief As vantiro_createSignedBundle(), with the strings of both lists in one array.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param s1,s2,s3,s4,s5,s6,s7,s8,s9,s10  passed unchanged, in this order (see @ref strings_in)
- * @param s11     passed as the Java method's last parameter, after both lists
- * @param count1  the length of the first list
- * @param count2  the length of the second list
- * @param list    the strings of the first list, then those of the second
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name,version,prefix,platform,description,directory,base,executable,vendor  as for
+ *                      vantiro_createBundle()
+ * @param signer        the signer's name, neither null nor empty
+ * @param algorithm     the digest, such as `SHA-256`
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param list          the files, then the names of the bundles that are imported
+ * @return as vantiro_createSignedBundle()
  */
-VANTIRO_API int vantiro_createSignedBundle3(int handle, const char *s1, const char *s2,
-                                            const char *s3, const char *s4, const char *s5,
-                                            const char *s6, const char *s7, const char *s8,
-                                            const char *s9, const char *s10, const char *s11,
-                                            int count1, int count2, const char **list);
+VANTIRO_API int vantiro_createSignedBundle2(int project, const char *name, const char *version,
+                                            const char *prefix, const char *platform,
+                                            const char *description, const char *directory,
+                                            const char *base, const char *executable,
+                                            const char *vendor, const char *signer,
+                                            const char *algorithm, int file_count, int import_count,
+                                            const char **list);
 
 /**
- * @brief Signs a Java archive: the Java method `signJar(String, String)`.
+ * @brief As vantiro_createSignedBundle(), with the strings of both lists in one array.
  *
- * @param first,second  passed unchanged, in this order (see @ref strings_in)
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project       the handle of any project
+ * @param name,version,prefix,platform,description,directory,base,executable,vendor  as for
+ *                      vantiro_createBundle()
+ * @param signer        the signer's name, neither null nor empty
+ * @param algorithm     the digest, such as `SHA-256`
+ * @param file_count    the length of the first list
+ * @param import_count  the length of the second list
+ * @param list          the files, then the names of the bundles that are imported
+ * @return as vantiro_createSignedBundle()
  */
-VANTIRO_API int vantiro_signJar(const char *first, const char *second);
+VANTIRO_API int vantiro_createSignedBundle3(int project, const char *name, const char *version,
+                                            const char *prefix, const char *platform,
+                                            const char *description, const char *directory,
+                                            const char *base, const char *executable,
+                                            const char *vendor, const char *signer,
+                                            const char *algorithm, int file_count, int import_count,
+                                            const char **list);
 
 /**
- * @brief Uploads a bundle: the Java method `uploadBundle(int)`.
+ * @brief Adds a signer's name and the digest (SHA-256) of each file to an archive: the Java method
+ *        `signJar(String, String)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param archive  the path of a zip or jar archive, which is replaced
+ * @param signer   the signer's name, neither null nor empty
+ * @return 0; -8 when there is no such archive; -7 when it is damaged; -1 when it cannot be written;
+ *         or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_uploadBundle(int handle);
+VANTIRO_API int vantiro_signJar(const char *archive, const char *signer);
 
 /**
- * @brief Uploads a bundle with a name: the Java method `uploadBundle(int, String)`.
+ * @brief Copies the bundle that the project created last into the store: the Java method
+ *        `uploadBundle(int)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param text    passed unchanged; its meaning is the Java library's (see @ref strings_in)
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * It can be used after vantiro_approveUploadedBundles().
+ *
+ * @param project  the project's handle
+ * @return 0; -4 when the project created none; -7 when a signed archive was altered, or the archive
+ *         is damaged; -8 when it is gone; -1 when the store cannot be written; or one of the
+ *         @ref call_statuses
  */
-VANTIRO_API int vantiro_uploadBundleWithName(int handle, const char *text);
+VANTIRO_API int vantiro_uploadBundle(int project);
 
 /**
- * @brief Approves uploaded bundles: the Java method `approveUploadedBundles(int)`.
+ * @brief Copies the archive of a bundle into the store: the Java method
+ *        `uploadBundle(int, String)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * It can be used after vantiro_approveUploadedBundles().
+ *
+ * @param project  the handle of any project
+ * @param archive  the path of an archive that vantiro_createBundle() made
+ * @return 0; -7 when it is damaged, altered or no bundle; -8 when there is none; -1 when the store
+ *         cannot be written; or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_approveUploadedBundles(int handle);
+VANTIRO_API int vantiro_uploadBundleWithName(int project, const char *archive);
 
 /**
- * @brief Tells whether a bundle exists: the Java method `bundleExists(String)`.
+ * @brief Lets all uploaded bundles be used: the Java method `approveUploadedBundles(int)`.
  *
- * @param text  passed unchanged; its meaning is the Java library's (see @ref strings_in)
+ * All means those that any program uploaded to this grid's home. An approved bundle of the same
+ * prefix, name, version and platform is replaced.
+ *
+ * @param project  the handle of any project
+ * @return how many there were; -7 when one is damaged or altered, and none is approved; or one of
+ *         the @ref call_statuses
+ */
+VANTIRO_API int vantiro_approveUploadedBundles(int project);
+
+/**
+ * @brief Tells whether there is an approved bundle of a name: the Java method
+ *        `bundleExists(String)`.
+ *
+ * @param name  the name, with its prefix (`prefix.name`) or without; not null
  * @return 1 or 0; or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_bundleExists(const char *text);
+VANTIRO_API int vantiro_bundleExists(const char *name);
 
 /**
- * @brief Tells whether a bundle exists: the Java method `bundleExists(String, String)`.
+ * @brief Tells whether there is an approved bundle of a prefix and name: the Java method
+ *        `bundleExists(String, String)`.
  *
- * @param first,second  passed unchanged, in this order (see @ref strings_in)
+ * @param prefix  the prefix; empty or null: a bundle without one
+ * @param name    the name
  * @return 1 or 0; or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_bundleWithPrefixExists(const char *first, const char *second);
+VANTIRO_API int vantiro_bundleWithPrefixExists(const char *prefix, const char *name);
 
 /**
- * @brief Tells whether a version of a bundle exists: the Java method
+ * @brief Tells whether there is an approved bundle of a name and version: the Java method
  *        `bundleVersionExists(String, String)`.
  *
- * @param first,second  passed unchanged, in this order (see @ref strings_in)
+ * @param name     the name, with its prefix or without; not null
+ * @param version  the version, letter by letter
  * @return 1 or 0; or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_bundleVersionExists(const char *first, const char *second);
+VANTIRO_API int vantiro_bundleVersionExists(const char *name, const char *version);
 
 /**
- * @brief Selects a bundle for use: the Java method `useBundle(int, String)`.
+ * @brief Has a project's jobs find the files of a bundle: the Java method
+ *        `useBundle(int, String)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param text    passed unchanged; its meaning is the Java library's (see @ref strings_in)
- * @return the Java result, unchanged; or one of the @ref call_statuses
- */
-VANTIRO_API int vantiro_useBundle(int handle, const char *text);
-
-/**
- * @brief Selects a bundle for use: the Java method `useBundle(int, String, String)`.
+ * It is the newest approved version that fits this machine, and of several platforms the most
+ * special one (`linux-amd64` before `linux` before `any`); its imports come with it, and its own
+ * files are put over theirs. It holds for each job that starts from now on, in the place of the
+ * bundle chosen before.
  *
- * @param handle        an integer that the Java library gave out; passed unchanged
- * @param first,second  passed unchanged, in this order (see @ref strings_in)
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project  the project's handle
+ * @param name     the name, with its prefix (`prefix.name`) or without; not null
+ * @return 0; -6 when no approved bundle of that name, or of an import's, fits this machine; or one
+ *         of the @ref call_statuses
  */
-VANTIRO_API int vantiro_useBundleWithPrefix(int handle, const char *first, const char *second);
+VANTIRO_API int vantiro_useBundle(int project, const char *name);
 
 /**
- * @brief Gives a bundle id: the Java method `getBundleId(int)`.
+ * @brief As vantiro_useBundle(), for a bundle of a prefix: the Java method
+ *        `useBundle(int, String, String)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project  the project's handle
+ * @param prefix   the prefix; empty or null: a bundle without one
+ * @param name     the name, not null
+ * @return as vantiro_useBundle()
  */
-VANTIRO_API int vantiro_getBundleId(int handle);
+VANTIRO_API int vantiro_useBundleWithPrefix(int project, const char *prefix, const char *name);
 
 /**
- * @brief Sets a bundle id: the Java method `setBundleId(int, int)`.
+ * @brief Gives the id of the bundle that a project uses: the Java method `getBundleId(int)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param value   the id; passed unchanged
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * @param project  the project's handle
+ * @return the id, positive, or 0 when it uses none; or one of the @ref call_statuses
  */
-VANTIRO_API int vantiro_setBundleId(int handle, int value);
+VANTIRO_API int vantiro_getBundleId(int project);
 
 /**
- * @brief Gives the name of the bundle that was created last: the Java method
+ * @brief As vantiro_useBundle(), for the bundle of an id: the Java method `setBundleId(int, int)`.
+ *
+ * @param project  the project's handle
+ * @param id       what vantiro_createBundle() returned, here or on another machine: a certain
+ *                 version of a certain bundle
+ * @return 0; -6 when no approved bundle has that id and fits this machine; or one of the
+ *         @ref call_statuses
+ */
+VANTIRO_API int vantiro_setBundleId(int project, int id);
+
+/**
+ * @brief Gives the full name of the bundle that the project created last: the Java method
  *        `getLastCreatedBundleName(int)`.
  *
- * @param handle  an integer that the Java library gave out; passed unchanged
- * @param buffer  receives the name (see @ref string_buffers)
- * @param size    in: the capacity of `buffer`; out: the length plus 1
+ * @param project  the project's handle
+ * @param buffer   receives the name, with its prefix: `prefix.name` (see @ref string_buffers)
+ * @param size     in: the capacity of `buffer`; out: the length plus 1
  * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses
- * @note Nothing on null.
+ * @note Nothing on null, which means that the project created none.
  */
-VANTIRO_API int vantiro_getLastCreatedBundleName(int handle, char *buffer, unsigned int *size);
+VANTIRO_API int vantiro_getLastCreatedBundleName(int project, char *buffer, unsigned int *size);
+
+/** @} */
 
 #ifdef __cplusplus
 }

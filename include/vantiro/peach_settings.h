@@ -1,15 +1,12 @@
 /**
  * @file vantiro/peach_settings.h
- * @brief Describing a parallel-each run that has a handle, before it is executed.
- *
- * Each function calls the Java method of the parallel-each object (see vantiro_peach_handle()).
- * This library keeps no setting and checks none: accepted values, and the meaning of the settings
- * beyond their names, are the Java library's.
- * For the local grid, "Arguments" in `java/README.md` names them one by one (@ref arguments).
+ * @brief Describing a parallel-each run before it is executed: what it is, what it runs, and what
+ *        becomes of its results.
  */
 #ifndef VANTIRO_PEACH_SETTINGS_H
 #define VANTIRO_PEACH_SETTINGS_H
 
+#include "vantiro/peach_inputs.h"
 #include "vantiro/types.h"
 
 #ifdef __cplusplus
@@ -17,501 +14,340 @@ extern "C" {
 #endif
 
 /**
- * @name Project settings of the run
+ * @defgroup each_settings Settings of a run
+ * @ingroup each
+ * @brief Its name, number of jobs, priority and directory, and what happens to its files.
+ *
+ * All are called between vantiro_peach_handle() and vantiro_peach_execute(); later they give
+ * #VANTIRO_ERROR_UNCAUGHT_EXCEPTION. A setting that is made twice has the later value.
+ *
+ * @code
+ * vantiro_peach_setName(run, "wind tunnel");
+ * vantiro_peach_setJobs(run, 100);               // VANTIRO_JOB tells each which one it is
+ * vantiro_peach_setPriority(run, "low");
+ * vantiro_peach_setStateDir(run, "tunnel-out");  // outputs go to tunnel-out/job-1/, ...
+ * vantiro_peach_setAllowPartial(run, 1);         // take what succeeded
+ * vantiro_peach_putProjectParam(run, "speed", "12.5");  // VANTIRO_PARAM_speed
+ * @endcode
+ * @{
  */
-/**@{*/
 
 /**
  * @brief Sets the name: the Java method `setName(int, String)`.
  *
- * @param handle  the peach handle
- * @param name    the name (see @ref strings_in)
+ * It stands in messages and statistics.
+ *
+ * @param run   the run's handle
+ * @param name  any text, not null; `peach` when it is not set
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setName(int handle, const char *name);
+VANTIRO_API int vantiro_peach_setName(int run, const char *name);
 
 /**
- * @brief Sets the state directory: the Java method `setStateDir(int, String)`.
+ * @brief Sets the directory that keeps the outputs, and what is remembered from run to run: the
+ *        Java method `setStateDir(int, String)`.
  *
- * @param handle  the peach handle
- * @param dir     the directory (see @ref strings_in)
+ * Outputs go to `job-1/`, `job-2/` and so on in it, archives of the inputs to `inputs/`. When the
+ * next run in the same directory executes, the outputs of the last one are removed; nothing else
+ * there is removed or replaced: a file of the caller's in the place of an output makes the run fail
+ * (-4). One run has the directory at a time; another one, of any program, fails (-4).
+ *
+ * @param run  the run's handle
+ * @param dir  the directory, made when it is missing; not null. When it is not set, a directory in
+ *             the grid's home that goes with the run's project
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setStateDir(int handle, const char *dir);
+VANTIRO_API int vantiro_peach_setStateDir(int run, const char *dir);
 
 /**
- * @brief Sets the description: the Java method `setDescription(int, String)`.
+ * @brief Sets a text for vantiro_getProjectDescription(): the Java method
+ *        `setDescription(int, String)`.
  *
- * @param handle       the peach handle
- * @param description  the description (see @ref strings_in)
+ * @param run          the run's handle
+ * @param description  the text; empty when it is not set
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setDescription(int handle, const char *description);
+VANTIRO_API int vantiro_peach_setDescription(int run, const char *description);
 
 /**
- * @brief Sets the messages flag: the Java method `setMessages(int, boolean)`.
+ * @brief Has progress told on standard error, a line for each job that ends: the Java method
+ *        `setMessages(int, boolean)`.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0, the default, for silence
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setMessages(int handle, unsigned char flag);
+VANTIRO_API int vantiro_peach_setMessages(int run, unsigned char flag);
 
 /**
  * @brief Sets the priority as a number: the Java method `setPriority(int, int)`.
  *
- * @param handle    the peach handle
- * @param priority  the priority
+ * Waiting jobs of a higher priority go first, among all runs and projects of the program that were
+ * created since its last initialiser. Jobs that run are not interrupted.
+ *
+ * @param run       the run's handle
+ * @param priority  any number; 0 when it is not set
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setPriorityI(int handle, int priority);
+VANTIRO_API int vantiro_peach_setPriorityI(int run, int priority);
 
 /**
- * @brief Sets the priority as a string: the Java method `setPriority(int, String)`.
+ * @brief Sets the priority as a text: the Java method `setPriority(int, String)`.
  *
- * @param handle    the peach handle
- * @param priority  the priority (see @ref strings_in)
+ * @param run       the run's handle
+ * @param priority  `low` (-10), `normal` (0), `high` (10), or a number as text; others are refused
+ *                  with #VANTIRO_ERROR_UNCAUGHT_EXCEPTION
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setPriority(int handle, const char *priority);
+VANTIRO_API int vantiro_peach_setPriority(int run, const char *priority);
 
 /**
- * @brief Sets the project id: the Java method `setProjectId(int, int)`.
+ * @brief Sets the number of the run's project: the Java method `setProjectId(int, int)`.
  *
- * @param handle  the peach handle
- * @param id      the id
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
+ * See vantiro_setProjectId(). Without it the project has the next number that is free.
+ *
+ * @param run  the run's handle
+ * @param id   the number, 0 or more
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses. #VANTIRO_ERROR_UNCAUGHT_EXCEPTION also
+ *         when a project of a program that lives has that number.
  */
-VANTIRO_API int vantiro_peach_setProjectId(int handle, int id);
+VANTIRO_API int vantiro_peach_setProjectId(int run, int id);
 
 /**
- * @brief Sets the result file: the Java method `setResultFile(int, String)`.
+ * @brief Has the outputs of all jobs put into one archive: the Java method
+ *        `setResultFile(int, String)`.
  *
- * @param handle  the peach handle
- * @param file    the file (see @ref strings_in)
+ * vantiro_peach_execute() writes it when the run has succeeded, with `job-1/`, `job-2/` and so on
+ * in it, each with `stdout` and `stderr`; where vantiro_peach_setAllowPartial() lets a run succeed,
+ * those of failed jobs are among them. A file of that name is replaced.
+ *
+ * @param run   the run's handle
+ * @param file  the path of the archive, a zip file; not null. There is none when it is not set
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setResultFile(int handle, const char *file);
+VANTIRO_API int vantiro_peach_setResultFile(int run, const char *file);
 
 /**
  * @brief Sets the number of jobs: the Java method `setJobs(int, int)`.
  *
- * @param handle  the peach handle
- * @param jobs    the number
+ * @param run   the run's handle
+ * @param jobs  1 or more, and no less than the calls of vantiro_peach_addJobFile(), whose number it
+ *              is when it is not set, or 1
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setJobs(int handle, int jobs);
+VANTIRO_API int vantiro_peach_setJobs(int run, int jobs);
 
 /**
- * @brief Sets the allow-partial flag: the Java method `setAllowPartial(int, boolean)`.
+ * @brief Lets the run succeed although jobs fail: the Java method `setAllowPartial(int, boolean)`.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setAllowPartial(int handle, unsigned char flag);
-
-/**
- * @brief Sets the remove flag: the Java method `setRemove(int, boolean)`.
+ * vantiro_peach_execute() then gives 0 also when jobs failed or were stopped, and
+ * vantiro_peach_nextFile() the files of those that succeeded, whose paths tell which these are.
+ * vantiro_peach_getLastErrorMessage() tells which failed; the statistic `failed` of the run's
+ * project, how many.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0, the default: one failed job makes the run fail
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setRemove(int handle, unsigned char flag);
+VANTIRO_API int vantiro_peach_setAllowPartial(int run, unsigned char flag);
 
 /**
- * @brief Sets the cleanup flag: the Java method `setCleanup(int, boolean)`.
+ * @brief Has vantiro_peach_done() remove the run's project with its files in the grid's home: the
+ *        Java method `setRemove(int, boolean)`.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setCleanup(int handle, unsigned char flag);
-
-/**
- * @brief Sets the close flag: the Java method `setClose(int, boolean)`.
+ * A state directory that vantiro_peach_setStateDir() names stays.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0, the default: they stay until vantiro_removeProject() or
+ *              vantiro_cleanup() removes them
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setClose(int handle, unsigned char flag);
-
-/**@}*/
+VANTIRO_API int vantiro_peach_setRemove(int run, unsigned char flag);
 
 /**
- * @name Source files
- */
-/**@{*/
-
-/**
- * @brief Adds a source file: the Java method `addSourceFile(int, String)`.
+ * @brief Says whether working directories and processed files go: the Java method
+ *        `setCleanup(int, boolean)`.
  *
- * @param handle  the peach handle
- * @param file    the file (see @ref strings_in)
+ * @param run   the run's handle
+ * @param flag  1 removes each job's working directory when it has ended, and in
+ *              vantiro_peach_done() the files that vantiro_peach_postProcessed() was told of; 0
+ *              keeps both. When it is not set, the setting `keep.work` decides on the working
+ *              directories, and files stay
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_addSourceFile(int handle, const char *file);
+VANTIRO_API int vantiro_peach_setCleanup(int run, unsigned char flag);
 
 /**
- * @brief Puts an entry into the source extras: the Java method
- *        `putSourceExtras(int, String, String)`.
+ * @brief Has the run end by itself: the Java method `setClose(int, boolean)`.
  *
- * @param handle  the peach handle
- * @param key     the entry's key (see @ref strings_in)
- * @param value   the entry's value
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_putSourceExtras(int handle, const char *key, const char *value);
-
-/**@}*/
-
-/**
- * @name Executable and outputs
- */
-/**@{*/
-
-/**
- * @brief Sets the name of the executable's bundle: the Java method `setExeBundleName(int, String)`.
+ * When vantiro_peach_nextFile() answers after the execution that there are no more files, the run
+ * has ended as by vantiro_peach_done(), and its handle is not known any more.
  *
- * @param handle  the peach handle
- * @param name    the name (see @ref strings_in)
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0 is the default
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setExeBundleName(int handle, const char *name);
+VANTIRO_API int vantiro_peach_setClose(int run, unsigned char flag);
 
 /**
- * @brief Sets the executable: the Java method `setExecutable(int, String)`.
+ * @brief Has files handed out while other jobs run: the Java method `setStream(int, boolean)`.
  *
- * @param handle      the peach handle
- * @param executable  the executable (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setExecutable(int handle, const char *executable);
-
-/**
- * @brief Sets the skip-digest flag of the executable's files: the Java method
- *        `setExeSkipDigest(int, boolean)`.
+ * Another thread than the one in vantiro_peach_execute() then asks vantiro_peach_nextFile().
+ * vantiro_actionWait() spares it from asking in a circle.
  *
- * @param handle  the peach handle
- * @param flag    0 or 1
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0, the default: there are no files before the run has ended
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_setExeSkipDigest(int handle, unsigned char flag);
+VANTIRO_API int vantiro_peach_setStream(int run, unsigned char flag);
 
 /**
- * @brief Adds a file of the executable: the Java method
- *        `addExeFile(int, String, String, String, String)`.
+ * @brief Sets a value that all jobs find in their environment: the Java method
+ *        `putProjectParam(int, String, String)`.
  *
- * @param handle  the peach handle
- * @param first,second,third,fourth  describe the file, passed in this order; their meaning is the
- *          Java library's (see @ref strings_in)
+ * The variable is `VANTIRO_PARAM_<key>`, with `_` for each character of the key that is no letter,
+ * digit or `_`.
+ *
+ * @param run    the run's handle
+ * @param key    the parameter's name, neither null nor empty
+ * @param value  its value, not null
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_addExeFile(int handle, const char *first, const char *second,
-                                         const char *third, const char *fourth);
+VANTIRO_API int vantiro_peach_putProjectParam(int run, const char *key, const char *value);
+
+/** @} */
 
 /**
- * @brief Puts an entry into the executable's extras: the Java method
+ * @defgroup each_program What a run executes and keeps
+ * @ingroup each
+ * @brief The command of the jobs, the files of the program, and the outputs.
+ *
+ * @code
+ * vantiro_peach_addExeFile(run, "build/solver", "", "", "");    // becomes ./solver
+ * vantiro_peach_addExeFile(run, "data/table-v7", "table", "", "644");
+ * vantiro_peach_setExecutable(run, "./solver --table table < input > result");
+ * vantiro_peach_addOutputFile(run, "result");                   // has to be there
+ * vantiro_peach_addOutputFile(run, "*.png");                      // a pattern: may fit none
+ * @endcode
+ * @{
+ */
+
+/**
+ * @brief Sets the command line that every job runs: the Java method `setExecutable(int, String)`.
+ *
+ * `/bin/sh` runs it, in the job's own working directory. A program at its beginning that lies in
+ * that directory (`./solver`) is made executable. What tells the jobs apart are their files, and
+ * the variables `VANTIRO_JOB`, the job's number from 1, and `VANTIRO_JOBS`, how many there are.
+ *
+ * @param run   the run's handle
+ * @param line  the command line, not null
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses
+ */
+VANTIRO_API int vantiro_peach_setExecutable(int run, const char *line);
+
+/**
+ * @brief Adds a file of the program, which every job finds in its working directory: the Java
+ *        method `addExeFile(int, String, String, String, String)`.
+ *
+ * @param run       the run's handle
+ * @param file      the file on this machine; vantiro_peach_execute() gives -8 when it is missing
+ * @param name      its name for the jobs, which may lead through directories; empty: the file's own
+ * @param platform  what it is for: `linux`, `linux-i386`, `linux-amd64`, ...; a file for another
+ *                  platform than this machine's Java is left out. Empty or `any`: for all
+ * @param mode      its permissions in octal, such as `755`; empty: those of the file
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses. #VANTIRO_ERROR_UNCAUGHT_EXCEPTION also
+ *         for a platform that does not exist, whose message lists those that do.
+ */
+VANTIRO_API int vantiro_peach_addExeFile(int run, const char *file, const char *name,
+                                         const char *platform, const char *mode);
+
+/**
+ * @brief Names the bundle to run, or the archive of the program's files: the Java method
+ *        `setExeBundleName(int, String)`.
+ *
+ * Without a file of vantiro_peach_addExeFile() it is an approved bundle (see @ref bundles), which
+ * every job finds unpacked, and whose executable runs when vantiro_peach_setExecutable() sets no
+ * other command. With such files it is only a part of the name of their archive in the state
+ * directory, `inputs/exe-<name>.jar`.
+ *
+ * @param run   the run's handle
+ * @param name  the bundle's name, with its prefix or without; empty: none
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses
+ */
+VANTIRO_API int vantiro_peach_setExeBundleName(int run, const char *name);
+
+/**
+ * @brief Adds an approved bundle whose files every job finds: the Java method
+ *        `addExeImport(int, String)`.
+ *
+ * @param run   the run's handle
+ * @param name  the bundle's name, not null; vantiro_peach_execute() gives -6 when there is none
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses
+ */
+VANTIRO_API int vantiro_peach_addExeImport(int run, const char *name);
+
+/**
+ * @brief Has the archive of the program's files written anew in each run, without looking whether
+ *        they changed: the Java method `setExeSkipDigest(int, boolean)`.
+ *
+ * That is faster where every run has files, or a state directory, of its own.
+ *
+ * @param run   the run's handle
+ * @param flag  1 for yes; 0, the default: written only when a file changed
+ * @return #VANTIRO_OK; or one of the @ref peach_statuses
+ */
+VANTIRO_API int vantiro_peach_setExeSkipDigest(int run, unsigned char flag);
+
+/**
+ * @brief Sets a variable of the jobs, `VANTIRO_EXTRA_EXE_<key>`: the Java method
  *        `putExeExtras(int, String, String)`.
  *
- * @param handle  the peach handle
- * @param key     the entry's key (see @ref strings_in)
- * @param value   the entry's value
+ * @param run    the run's handle
+ * @param key    neither null nor empty; characters as in vantiro_peach_putProjectParam()
+ * @param value  its value, not null
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_putExeExtras(int handle, const char *key, const char *value);
+VANTIRO_API int vantiro_peach_putExeExtras(int run, const char *key, const char *value);
 
 /**
- * @brief Adds an import of the executable: the Java method `addExeImport(int, String)`.
+ * @brief Adds a file that the program is made from: the Java method `addSourceFile(int, String)`.
  *
- * @param handle  the peach handle
- * @param text    the import (see @ref strings_in)
+ * Jobs do not get it. Its contents are what vantiro_peach_sourcesChanged() compares.
+ *
+ * @param run   the run's handle
+ * @param file  the file on this machine
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_addExeImport(int handle, const char *text);
+VANTIRO_API int vantiro_peach_addSourceFile(int run, const char *file);
 
 /**
- * @brief Adds an output file: the Java method `addOutputFile(int, String)`.
+ * @brief Adds a value that the program is made with, such as a compiler's option: the Java method
+ *        `putSourceExtras(int, String, String)`.
  *
- * @param handle  the peach handle
- * @param file    the file (see @ref strings_in)
+ * vantiro_peach_sourcesChanged() compares it, and jobs find it as `VANTIRO_EXTRA_SOURCE_<key>`.
+ *
+ * @param run    the run's handle
+ * @param key    neither null nor empty; characters as in vantiro_peach_putProjectParam()
+ * @param value  its value, not null
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_addOutputFile(int handle, const char *file);
-
-/**@}*/
+VANTIRO_API int vantiro_peach_putSourceExtras(int run, const char *key, const char *value);
 
 /**
- * @name Data bundles
- */
-/**@{*/
-
-/**
- * @brief Starts a new data bundle: the Java method `newDataBundle(int)`.
+ * @brief Adds an output to keep: the Java method `addOutputFile(int, String)`.
  *
- * How the data functions that follow relate to it is the Java library's.
+ * A job that ends without a file of that name has failed; a pattern may fit none. Without any call
+ * every file that a job wrote is kept. `stdout` and `stderr` are kept always, and handed out by
+ * vantiro_peach_nextFile() when they are listed by these names or nothing is.
  *
- * @param handle  the peach handle
+ * @param run   the run's handle
+ * @param file  the name of a file below the working directory, or a pattern: `*` and `?` within a
+ *              name, `**` across directories, `{a,b}`, `[a-z]`
  * @return #VANTIRO_OK; or one of the @ref peach_statuses
  */
-VANTIRO_API int vantiro_peach_newDataBundle(int handle);
+VANTIRO_API int vantiro_peach_addOutputFile(int run, const char *file);
 
-/**
- * @brief Starts a new data bundle with a name: the Java method `newDataBundle(int, String)`.
- *
- * @param handle  the peach handle
- * @param name    the bundle's name (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_newDataBundleWithName(int handle, const char *name);
-
-/**
- * @brief Sets the skip-digest flag of the data files: the Java method
- *        `setDataSkipDigest(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setDataSkipDigest(int handle, unsigned char flag);
-
-/**
- * @brief Adds a data file: the Java method `addDataFile(int, String)`.
- *
- * @param handle  the peach handle
- * @param file    the file (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addDataFile(int handle, const char *file);
-
-/**
- * @brief Adds a data file with a directory: the Java method
- *        `addDataFileWithDir(int, String, String)`.
- *
- * @param handle        the peach handle
- * @param first,second  name the file and its directory, passed in this order; which is which is the
- *                      Java library's (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addDataFileWithDir(int handle, const char *first, const char *second);
-
-/**
- * @brief Puts an entry into the data extras: the Java method `putDataExtras(int, String, String)`.
- *
- * @param handle  the peach handle
- * @param key     the entry's key (see @ref strings_in)
- * @param value   the entry's value
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_putDataExtras(int handle, const char *key, const char *value);
-
-/**
- * @brief Sets the data copy flag: the Java method `setDataCopy(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setDataCopy(int handle, unsigned char flag);
-
-/**@}*/
-
-/**
- * @name Job files
- */
-/**@{*/
-
-/**
- * @brief Sets the skip-digest flag of the job files: the Java method
- *        `setJobSkipDigest(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setJobSkipDigest(int handle, unsigned char flag);
-
-/**
- * @brief Sets the job file names: the Java method `setJobFileNames(int, String[])`.
- *
- * @param handle  the peach handle
- * @param count   the number of strings
- * @param ...     `count` strings, all `const char *` (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setJobFileNames(int handle, int count, ...);
-
-/**
- * @brief As vantiro_peach_setJobFileNames(), with the strings in an array.
- *
- * @param handle  the peach handle
- * @param count   the number of strings
- * @param list    the `count` strings (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setJobFileNames3(int handle, int count, const char **list);
-
-/**
- * @brief Adds a job file, given by a list of strings: the Java method `addJobFile(int, String[])`.
- *
- * @param handle  the peach handle
- * @param count   the number of strings
- * @param ...     `count` strings, all `const char *` (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addJobFile(int handle, int count, ...);
-
-/**
- * @brief As vantiro_peach_addJobFile(), with the strings in an array.
- *
- * @param handle  the peach handle
- * @param count   the number of strings
- * @param list    the `count` strings (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addJobFile3(int handle, int count, const char **list);
-
-/**
- * @brief Adds a job file with a directory, given by a list of strings: the Java method
- *        `addJobFileWithDir(int, String, String[])`.
- *
- * @param handle  the peach handle
- * @param dir     the directory (see @ref strings_in)
- * @param count   the number of strings
- * @param ...     `count` strings, all `const char *` (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addJobFileWithDir(int handle, const char *dir, int count, ...);
-
-/**
- * @brief As vantiro_peach_addJobFileWithDir(), with the strings in an array.
- *
- * @param handle  the peach handle
- * @param dir     the directory (see @ref strings_in)
- * @param count   the number of strings
- * @param list    the `count` strings (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addJobFileWithDir3(int handle, const char *dir, int count,
-                                                 const char **list);
-
-/**
- * @brief Puts an entry into the job extras: the Java method `putJobExtras(int, String, String)`.
- *
- * @param handle  the peach handle
- * @param key     the entry's key (see @ref strings_in)
- * @param value   the entry's value
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_putJobExtras(int handle, const char *key, const char *value);
-
-/**@}*/
-
-/**
- * @name Parameter files
- */
-/**@{*/
-
-/**
- * @brief Sets the skip-digest flag of the parameter files: the Java method
- *        `setParamSkipDigest(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setParamSkipDigest(int handle, unsigned char flag);
-
-/**
- * @brief Adds a parameter file: the Java method `addParamFile(int, String)`.
- *
- * @param handle  the peach handle
- * @param file    the file (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addParamFile(int handle, const char *file);
-
-/**
- * @brief Adds a parameter file with a directory: the Java method
- *        `addParamFileWithDir(int, String, String)`.
- *
- * @param handle        the peach handle
- * @param first,second  name the file and its directory, passed in this order; which is which is the
- *                      Java library's (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addParamFileWithDir(int handle, const char *first,
-                                                  const char *second);
-
-/**
- * @brief Adds a parameter file with a target: the Java method `addParamFile(int, String, String)`.
- *
- * @param handle        the peach handle
- * @param first,second  name the file and its target, passed in this order; which is which is the
- *                      Java library's (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addParamFileWithTarget(int handle, const char *first,
-                                                     const char *second);
-
-/**
- * @brief Puts an entry into the parameter extras: the Java method
- *        `putParamExtras(int, String, String)`.
- *
- * @param handle  the peach handle
- * @param key     the entry's key (see @ref strings_in)
- * @param value   the entry's value
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_putParamExtras(int handle, const char *key, const char *value);
-
-/**
- * @brief Adds an external resource: the Java method `addParamExternalResource(int, String)`.
- *
- * @param handle    the peach handle
- * @param resource  the resource (see @ref strings_in)
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_addParamExternalResource(int handle, const char *resource);
-
-/**
- * @brief Sets the parameter copy flag: the Java method `setParamCopy(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setParamCopy(int handle, unsigned char flag);
-
-/**@}*/
-
-/**
- * @name Project parameters and streaming
- */
-/**@{*/
-
-/**
- * @brief Puts a project parameter: the Java method `putProjectParam(int, String, String)`.
- *
- * @param handle  the peach handle
- * @param key     the parameter's key (see @ref strings_in)
- * @param value   the parameter's value
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_putProjectParam(int handle, const char *key, const char *value);
-
-/**
- * @brief Sets the streaming flag: the Java method `setStream(int, boolean)`.
- *
- * @param handle  the peach handle
- * @param flag    0 or 1
- * @return #VANTIRO_OK; or one of the @ref peach_statuses
- */
-VANTIRO_API int vantiro_peach_setStream(int handle, unsigned char flag);
-
-/**@}*/
+/** @} */
 
 #ifdef __cplusplus
 }

@@ -12,6 +12,30 @@ extern "C" {
 #endif
 
 /**
+ * @defgroup start Starting and ending
+ * @brief One initialiser starts Java inside the process and reads the settings; unloading ends all.
+ *
+ * Settings come from a file (vantiro_init(), vantiro_initFile()), or from the program
+ * (vantiro_initWithoutFile()). The @ref page-java-readme-settings
+ * "page of the local grid" names them all.
+ *
+ * @code
+ * // A home of its own, two jobs at once, each killed after 60 seconds; all else by default.
+ * int status = vantiro_initWithoutFile("/scratch/me/grid", NULL, NULL, NULL, 2, NULL, NULL, 60, 0,
+ *                                      NULL, NULL);
+ * if (status < 0) {
+ *   char why[1024] = "";
+ *   unsigned int size = sizeof why;
+ *   vantiro_getLastErrorMessage(why, &size);
+ *   fprintf(stderr, "the grid does not start (%d): %s\n", status, why);
+ * }
+ * // ... sessions, projects, runs ...
+ * vantiro_unload(1);  // stop what still runs
+ * @endcode
+ * @{
+ */
+
+/**
  * @brief Starts the Java runtime without creating a management object.
  *
  * The initialisers call it when it is needed. It looks for the runtime library (`libjvm.so`) in
@@ -49,16 +73,24 @@ extern "C" {
 VANTIRO_API int vantiro_initJava(void);
 
 /**
- * @brief Creates and initialises the management object with the Java library's default settings:
- *        the Java method `initFile()`.
+ * @brief Starts with the settings that lie ready: the Java method `initFile()`.
+ *
+ * They are those of the file that the environment variable `VANTIRO_SETTINGS` names, or else of
+ * `vantiro.properties` in the current directory; without both the defaults hold: the grid's home is
+ * `.vantiro-grid` in the user's home, and as many jobs run at once as there are processors. In a
+ * set-user-ID program the defaults always hold.
  *
  * All four initialisers start the runtime when it is not started yet (see vantiro_initJava()),
  * create a new management object, and call its Java initialiser. Each may be called again at any
  * time: the runtime stays, a new management object replaces the one before. When the Java
- * initialiser fails, the management object is there all the same, and
- * vantiro_getLastErrorMessage() can be asked for the reason.
+ * initialiser fails, the management object is there all the same, with default settings, and
+ * vantiro_getLastErrorMessage() can be asked for the reason. Sessions, projects and runs of an
+ * earlier initialiser go on, with the settings that they have.
  *
- * @return the Java result, unchanged; or a status of vantiro_initJava(); or
+ * Nothing is written to the grid's home before vantiro_open() or vantiro_peach_handle().
+ *
+ * @return 0; -2 when the settings cannot be read or one is wrong; -3 when the file wants a
+ *         password; -10 for an unknown log level; or a status of vantiro_initJava(); or
  *         #VANTIRO_ERROR_CONSTRUCTOR_MISSING (a machine that the library created is destroyed, one
  *         that was joined is left as it was); #VANTIRO_ERROR_INITIALIZATION when the constructor
  *         failed; #VANTIRO_ERROR_INITIALIZER_MISSING; #VANTIRO_ERROR_UNCAUGHT_EXCEPTION when the
@@ -68,46 +100,96 @@ VANTIRO_API int vantiro_initJava(void);
 VANTIRO_API int vantiro_init(void);
 
 /**
- * @brief Creates and initialises the management object from a settings file: the Java method
- *        `initFile(String)`.
+ * @brief Starts with the settings of a file: the Java method `initFile(String)`.
  *
- * @param file  the settings file's name, for the Java library; null reaches Java as null
+ * No other file is read. Keys that it does not have take their defaults; a key that is not known is
+ * an error (-2), whose text lists those that are.
+ *
+ * @param file  the path of a file of Java properties in UTF-8: lines `key=value`; null is refused
  * @return as vantiro_init()
  */
 VANTIRO_API int vantiro_initFile(const char *file);
 
 /**
- * @brief Creates and initialises the management object from a settings file and a password: the
- *        Java method `initFile(String, String)`.
+ * @brief Starts with the settings of a file that wants a password: the Java method
+ *        `initFile(String, String)`.
  *
- * @param file      the settings file's name, for the Java library; null reaches Java as null
- * @param password  the password; null reaches Java as null
- * @return as vantiro_init()
+ * @param file      as for vantiro_initFile()
+ * @param password  what the file's key `grid.password` says; without that key it is not looked at
+ * @return as vantiro_init(); -3 when the password is another one
  */
 VANTIRO_API int vantiro_initFileWithPassword(const char *file, const char *password);
 
 /**
- * @brief Creates and initialises the management object from eleven values: the Java method `init`.
+ * @brief Starts with settings that the program gives: the Java method `init`.
  *
- * The meaning of each value is the Java library's; "Settings" in `java/README.md` has that of the
- * local grid (@ref settings). Null strings reach Java as null.
+ * A value that is null, empty or 0 is left to the settings file that `further_file` names, or else
+ * to the one that the environment variable `VANTIRO_SETTINGS` names; without both, to the default.
+ * `vantiro.properties` is not read.
  *
- * @param s1   first value, passed unchanged like all that follow, each in its place
- * @param s2   second value
- * @param s3   third value
- * @param s4   fourth value
- * @param i5   fifth value
- * @param s6   sixth value
- * @param s7   seventh value
- * @param i8   eighth value
- * @param i9   ninth value
- * @param s10  tenth value
- * @param s11  eleventh value
- * @return as vantiro_init()
+ * @param home          the directory where the grid keeps its files, made when it is needed
+ *                      (`grid.home`); by default `.vantiro-grid` in the user's home. Programs may
+ *                      share it
+ * @param login         what vantiro_getUserLogin() says (`user.login`); by default the system's
+ *                      name of the user
+ * @param password      the password of the settings file, if it wants one (`grid.password`)
+ * @param temp_dir      an existing directory that jobs find as `TMPDIR` (`temp.dir`); by default
+ *                      Java's, which is `/tmp`
+ * @param processors    how many jobs run at once (`grid.processors`); 0: as many as the machine has
+ *                      processors
+ * @param log_level     as for vantiro_setLogLevel() (`log.level`); by default `WARNING`
+ * @param download_dir  where projects download to that are not told otherwise by
+ *                      vantiro_setDownloadDir(): each to `project-<number>/` in it
+ *                      (`download.dir`); by default none
+ * @param job_timeout   seconds after which a job is killed and has failed (`job.timeout`); 0: never
+ * @param keep_work     1 keeps the working directories of ended jobs, to look into them
+ *                      (`keep.work`); 0: they are removed
+ * @param unzip_dir     where projects unpack to that are not told otherwise by
+ *                      vantiro_setUnzipDir() (`unzip.dir`); by default the download directory
+ * @param further_file  a settings file for what is left open, and for the keys that have no
+ *                      parameter here, such as `job.launcher`
+ * @return as vantiro_init(); -2 also for a directory `temp_dir` that does not exist, or a negative
+ *         number
  */
-VANTIRO_API int vantiro_initWithoutFile(const char *s1, const char *s2, const char *s3,
-                                        const char *s4, int i5, const char *s6, const char *s7,
-                                        int i8, int i9, const char *s10, const char *s11);
+VANTIRO_API int vantiro_initWithoutFile(const char *home, const char *login, const char *password,
+                                        const char *temp_dir, int processors, const char *log_level,
+                                        const char *download_dir, int job_timeout, int keep_work,
+                                        const char *unzip_dir, const char *further_file);
+
+/**
+ * @brief Ends all projects and runs, and forgets every handle: the Java method `unload(boolean)`.
+ *
+ * It returns when all jobs have ended. Meanwhile nothing new is opened or created (-4). Files in
+ * the grid's home stay. A program that ends without it leaves nothing running: its jobs are killed.
+ *
+ * The parallel-each object is forgotten, also when the call then fails with
+ * #VANTIRO_ERROR_METHOD_NOT_FOUND or #VANTIRO_ERROR_UNCAUGHT_EXCEPTION; vantiro_peach_handle()
+ * obtains a new one. The Java machine and the management object stay, with their settings: sessions
+ * can be opened again, and an initialiser may be called again.
+ *
+ * @param stop  1 kills the jobs that run and drops those that wait; 0 waits until all jobs that
+ *              were started have ended
+ * @return 0; -4 when another thread unloads already; or one of the @ref call_statuses
+ */
+VANTIRO_API int vantiro_unload(unsigned char stop);
+
+/**
+ * @brief As vantiro_unload(), and may remove files: the Java method `unload(boolean, boolean)`.
+ *
+ * @param stop    as for vantiro_unload()
+ * @param remove  1 removes the files of all projects from the grid's home, their results included;
+ *                0 keeps them. Bundles stay
+ * @return as vantiro_unload(); -1 when a file cannot be removed
+ */
+VANTIRO_API int vantiro_unload2(unsigned char stop, unsigned char remove);
+
+/** @} */
+
+/**
+ * @defgroup machine Access to the Java machine
+ * @brief For programs that use Java themselves, and what the library holds.
+ * @{
+ */
 
 /**
  * @brief Looks for a Java runtime library by way of the `java` launchers on `PATH`.
@@ -123,30 +205,6 @@ VANTIRO_API int vantiro_initWithoutFile(const char *s1, const char *s2, const ch
  * @return 0 when a runtime library was found, else -1; -1 also when `buffer` is null
  */
 VANTIRO_API int vantiro_findJavaInPath(char *buffer);
-
-/**
- * @brief Ends the use of the management library: the Java method `unload(boolean)`.
- *
- * The parallel-each object is forgotten, also when the call then fails with
- * #VANTIRO_ERROR_METHOD_NOT_FOUND or #VANTIRO_ERROR_UNCAUGHT_EXCEPTION; vantiro_peach_handle()
- * obtains a new one. The Java machine and the management object stay: an initialiser may be called
- * again.
- *
- * @param flag  0 or 1; its meaning is the Java library's
- * @return the Java result, unchanged; or one of the @ref call_statuses
- */
-VANTIRO_API int vantiro_unload(unsigned char flag);
-
-/**
- * @brief Ends the use of the management library: the Java method `unload(boolean, boolean)`.
- *
- * Otherwise as vantiro_unload().
- *
- * @param flag1  0 or 1; its meaning is the Java library's
- * @param flag2  0 or 1; its meaning is the Java library's
- * @return the Java result, unchanged; or one of the @ref call_statuses
- */
-VANTIRO_API int vantiro_unload2(unsigned char flag1, unsigned char flag2);
 
 /**
  * @brief Gives the JNI environment of the thread that last ran an initialiser.
@@ -197,6 +255,7 @@ extern VANTIRO_API void *jvmlibHandle;
 extern VANTIRO_API void (*vantiro_peach_intermediate_callback_fun)(const char *text);
 #endif
 /**@}*/
+/** @} */
 
 #ifdef __cplusplus
 }

@@ -12,8 +12,40 @@ extern "C" {
 #endif
 
 /**
+ * @defgroup errors Finding out what failed
+ * @brief Status codes, their texts, and what exactly went wrong.
+ *
+ * @code
+ * static void explain(const char *what, int status) {
+ *   char text[4096] = "";
+ *   unsigned int size = sizeof text;
+ *   vantiro_describeStatusCode(status, text, &size);
+ *   fprintf(stderr, "%s: %s (%d)\n", what, text, status);   // at least one job failed (-5)
+ *   size = sizeof text;
+ *   if (vantiro_getLastErrorMessage(text, &size) == 0 && size > 1) fprintf(stderr, "%s\n", text);
+ * }
+ * @endcode
+ *
+ * @section grid_codes Codes of the grid
+ *
+ * | Code | Text | For example |
+ * |---|---|---|
+ * | -1 | reading or writing failed | the disk is full, a directory is not the user's own |
+ * | -2 | the settings are missing or wrong | an unknown key, a `temp.dir` that does not exist |
+ * | -3 | the password is missing or wrong | the settings file has a `grid.password` |
+ * | -4 | the operation does not fit the present state | waiting for a project that is not started |
+ * | -5 | at least one job failed | a job's exit status is not 0 |
+ * | -6 | there is no such bundle | it is not approved, or for another platform |
+ * | -7 | the archive is damaged, altered or unsafe | a signed bundle that was changed |
+ * | -8 | a file or directory is missing | an input that cannot be read |
+ * | -9 | the project was stopped | another thread called vantiro_stopProject() |
+ * | -10 | the value is not one of the known ones | a log level, a digest |
+ * @{
+ */
+
+/**
  * The status codes that the library itself returns or describes. Every other value, positive ones
- * included, comes from the Java library, which describes it; ask vantiro_describeStatusCode().
+ * included, comes from the Java library; those of the local grid are the @ref grid_codes.
  */
 enum vantiro_status {
   /** "OK" */
@@ -66,27 +98,37 @@ enum vantiro_status {
 VANTIRO_API int vantiro_describeStatusCode(int code, char *buffer, unsigned int *size);
 
 /**
- * @brief Calls the Java method `getLastError`.
+ * @brief Gives the code of the last failure: the Java method `getLastError`.
  *
- * @param value  passed unchanged; its meaning is the Java library's
- * @return the Java result, unchanged; or one of the @ref call_statuses
+ * Failures are those of all threads, and of jobs and downloads in the background; calls that
+ * succeed leave the last one as it is.
+ *
+ * @param reset  0 leaves it; any other value forgets code and text after answering
+ * @return the code, negative, -13 for an exception; 0 when nothing failed; or one of the
+ *         @ref call_statuses
  */
-VANTIRO_API int vantiro_getLastError(int value);
+VANTIRO_API int vantiro_getLastError(int reset);
 
 /**
- * @brief Gives the text of the management object's last error: the Java method
- *        `getLastErrorMessage`.
+ * @brief Gives the text of the last failure: the Java method `getLastErrorMessage`.
+ *
+ * It names what exactly failed: the file, the setting, the jobs and what they wrote. It is that of
+ * vantiro_getLastError(); ask the two right after a failure. A run's own failure, whatever other
+ * threads do, is told by vantiro_peach_getLastErrorMessage().
  *
  * Before initialisation the answer is #VANTIRO_ERROR_NOT_INITIALIZED, `*size` is set to 54 and,
  * when the capacity is at least 54, `buffer` receives the 54 bytes of "No Error Message available;
  * Java is not initialized." and two NULs.
  *
- * @param buffer  receives the text (see @ref string_buffers)
- * @param size    in: the capacity of `buffer`; out: the text's length plus 1
+ * @param buffer  receives the text (see @ref string_buffers), which may have several thousand
+ *                characters
+ * @param size    in: the capacity of `buffer`; out: the length plus 1
  * @return #VANTIRO_OK; #VANTIRO_ERROR_BUFFER_TOO_SMALL; or one of the @ref call_statuses
- * @note A null Java text is delivered as the empty string.
+ * @note A null Java text, which means that nothing failed, is delivered as the empty string.
  */
 VANTIRO_API int vantiro_getLastErrorMessage(char *buffer, unsigned int *size);
+
+/** @} */
 
 #ifdef __cplusplus
 }
