@@ -7,13 +7,13 @@ import fi.vantiro.localgrid.base.GridThreads;
 import fi.vantiro.localgrid.base.HandleTable;
 import fi.vantiro.localgrid.base.LastError;
 import fi.vantiro.localgrid.base.Log;
-import fi.vantiro.localgrid.base.Rights;
 import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.bundle.BundleStore;
 import fi.vantiro.localgrid.home.GridHome;
 import fi.vantiro.localgrid.job.Scheduler;
 import fi.vantiro.localgrid.peach.PeachRun;
-import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.KeeperProgram;
+import fi.vantiro.localgrid.process.Keepers;
 import fi.vantiro.localgrid.project.Project;
 import fi.vantiro.localgrid.project.Session;
 import fi.vantiro.localgrid.settings.Plugins;
@@ -24,6 +24,7 @@ import java.nio.file.Path;
 import java.util.ArrayList;
 import java.util.List;
 import java.util.Map;
+import java.util.concurrent.TimeUnit;
 import java.util.function.IntConsumer;
 import java.util.stream.Collectors;
 
@@ -38,7 +39,7 @@ public final class Grid {
     private final Changes changes = new Changes();
     /** One for the whole virtual machine: a new initialiser does not lose what runs. */
     private static final HandleTable HANDLES = new HandleTable();
-    private Keeper keeper;
+    private final Keepers keepers;
 
     public Grid(Settings settings, LastError errors) {
         this.settings = settings;
@@ -47,6 +48,7 @@ public final class Grid {
         bundles = home.bundles();
         plugins = new Plugins(settings.plugins);
         scheduler = new Scheduler(settings.processors);
+        keepers = new Keepers(this::ownerLock, TimeUnit.SECONDS.toMillis(settings.jobCancelWait));
         Log.setLevel(settings.logLevel);
     }
 
@@ -273,22 +275,13 @@ public final class Grid {
         }
     }
 
-    /** The keeper of this grid's jobs, started when it is first needed or when it was ended. */
-    public synchronized Keeper keeper() throws GridException, IOException {
-        if (keeper == null || keeper.isGone()) {
-            if (Rights.areBorrowed()) {
-                throw new GridException(Status.WRONG_STATE,
-                        "a set-user-id or set-group-id program runs no jobs: they would have its "
-                                + "rights, in its caller's environment; give the rights up first");
-            }
-            keeper = Keeper.start(ownerLock(), settings.jobCancelWait);
-        }
-        return keeper;
+    public Keepers keepers() {
+        return keepers;
     }
 
     /** The keeper where a launcher finds it: beside the jobs, on whatever machine that is. */
     public Path farKeeper() throws GridException, IOException {
-        return settings.jobLauncher.isEmpty() ? Keeper.program() : Keeper.programIn(settings.home);
+        return KeeperProgram.sharedIn(settings.home);
     }
 
     public Path ownerLock() throws GridException, IOException {

@@ -5,7 +5,9 @@ import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Trees;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.JobOutcome;
+import fi.vantiro.localgrid.process.JobRequest;
 import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.Keepers;
 import fi.vantiro.localgrid.process.LineFollower;
 import fi.vantiro.localgrid.project.Project;
 import java.io.IOException;
@@ -33,8 +35,9 @@ public final class JobRun implements Runnable, Keeper.Client {
     private LineFollower follower;
     private volatile JobOutcome outcome;
 
+    private JobRequest request;
     private Keeper keeper;
-    private int id;
+    private long id;
     private boolean stopped;
 
     public JobRun(Project project, Job job) {
@@ -81,7 +84,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         project.bundles().place(directory.root());
         hooks.prepare(job.number, directory.root(), environment);
         directory.inputsPlaced();
-        project.writeJobFile(file(), directory.root(), environment, job.command);
+        request = project.request(file(), directory.root(), environment, job.command);
         if (hooks.lines(job.number) != null) {
             follower =
                     new LineFollower(directory.file(WorkDirectory.STDOUT), hooks.lines(job.number));
@@ -93,8 +96,11 @@ public final class JobRun implements Runnable, Keeper.Client {
         if (stopped) {
             throw new GridException(Status.STOPPED, "stopped before it was started");
         }
-        keeper = project.keeper();
-        id = keeper.run(file().path(), this);
+        Keeper own = project.keeper().get();
+        id = own.run(request, this);
+        keeper = own;
+        request = null;
+        job.input().forEach(line -> keeper.input(id, line));
     }
 
     /** Has the job ended, or keeps it from being started. */
@@ -106,10 +112,11 @@ public final class JobRun implements Runnable, Keeper.Client {
     }
 
     /** Hands a line to the job's standard input. */
-    public synchronized void send(String line) throws IOException {
-        file().addInput(line);
-        if (keeper != null) {
-            keeper.input(id);
+    public synchronized void send(String line) {
+        if (keeper == null) {
+            job.addInput(line);
+        } else {
+            keeper.input(id, line);
         }
     }
 
@@ -155,14 +162,16 @@ public final class JobRun implements Runnable, Keeper.Client {
             if (follower != null) {
                 project.followers().remove(follower);
             }
-            file().delete();
+            if (!project.settings().jobLauncher.isEmpty()) {
+                file().delete();
+            }
             if (directory != null && !hooks.keepsWork(project.settings().keepWork)) {
                 Trees.delete(directory.root());
             }
         } catch (Throwable e) {
             text = failure == null ? GridException.text(e) : failure;
         }
-        Keeper.holdIfProgramEnds();
+        Keepers.holdIfProgramEnds();
         project.end(job, text);
         project.scheduler().release();
     }
@@ -179,6 +188,8 @@ public final class JobRun implements Runnable, Keeper.Client {
             case LOST:
                 return "the launcher ended with status " + outcome.status + " before the job did"
                         + launcherSays();
+            case UNKEPT:
+                return outcome.why + launcherSays();
             default:
                 return "it could not be run: " + outcome.why + launcherSays();
         }

@@ -12,13 +12,15 @@ import fi.vantiro.localgrid.job.Job;
 import fi.vantiro.localgrid.job.JobHooks;
 import fi.vantiro.localgrid.job.Scheduler;
 import fi.vantiro.localgrid.process.JobFile;
-import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.JobRequest;
+import fi.vantiro.localgrid.process.ProjectKeeper;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Locale;
 import java.util.Map;
+import java.util.concurrent.TimeUnit;
 
 /** A number of jobs with what they share: a name, parameters, bundles, and a place for results. */
 public final class Project {
@@ -31,6 +33,7 @@ public final class Project {
     private final BackgroundWait backgroundWait = new BackgroundWait(this);
 
     private final ProjectJobs jobs = new ProjectJobs(this);
+    private final ProjectKeeper keeper;
     private final LineFollowers followers = new LineFollowers();
     private volatile JobHooks hooks = JobHooks.NONE;
     private volatile boolean removed;
@@ -42,6 +45,7 @@ public final class Project {
         info = new ProjectInfo(name, priority, directory.number());
         results = new Results(directory, grid.settings());
         bundles = new ProjectBundles(grid.bundles());
+        keeper = new ProjectKeeper(grid.keepers());
     }
 
     public int handle() {
@@ -132,14 +136,21 @@ public final class Project {
         return variables;
     }
 
-    /** Leaves word of a job for its keeper. */
-    public void writeJobFile(JobFile file, Path work, Map<String, String> environment,
+    /** What the keeper is told about a job. */
+    public JobRequest request(JobFile file, Path work, Map<String, String> environment,
             List<String> command) throws GridException, IOException {
-        file.write(work, settings(), grid.ownerLock(), grid.farKeeper(), environment, command);
+        Settings settings = settings();
+        JobRequest request = new JobRequest(
+                work, TimeUnit.SECONDS.toMillis(settings.jobTimeout), environment, command);
+        return settings.jobLauncher.isEmpty()
+                ? request
+                : request.launchedBy(settings.jobLauncher, settings.jobCancel,
+                        TimeUnit.SECONDS.toMillis(settings.jobCancelWait), file, grid.farKeeper(),
+                        grid.ownerLock());
     }
 
-    public Keeper keeper() throws GridException, IOException {
-        return grid.keeper();
+    public ProjectKeeper keeper() {
+        return keeper;
     }
 
     public Scheduler scheduler() {

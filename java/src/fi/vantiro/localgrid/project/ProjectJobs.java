@@ -121,10 +121,10 @@ public final class ProjectJobs {
     /** Lets the jobs run; a start that failed has changed nothing. */
     public synchronized void start() throws GridException, IOException {
         checkNotStarted();
-        project.keeper();
-        project.scheduler().startThreads();
         boolean submitted = false;
         try {
+            project.keeper().take();
+            project.scheduler().startThreads();
             started = true;
             startedAt = System.nanoTime();
             jobs.forEach(this::submit);
@@ -133,6 +133,7 @@ public final class ProjectJobs {
             if (!submitted) {
                 started = false;
                 project.scheduler().drop(project);
+                project.keeper().giveBack();
             }
         }
         changed();
@@ -202,7 +203,7 @@ public final class ProjectJobs {
     /** Hands a line to the standard input of a job that has not ended. */
     public synchronized void send(long number, String text) throws GridException, IOException {
         Job job = jobs.get(number);
-        Arguments.required(text, "the parameter");
+        NativeText.checked(Arguments.required(text, "the parameter"));
         if (job.state.ended()) {
             throw new GridException(
                     Status.WRONG_STATE, "job " + number + " of " + project + " has ended");
@@ -210,7 +211,7 @@ public final class ProjectJobs {
         if (job.run != null) {
             job.run.send(text);
         } else {
-            project.directory().job(job.number).addInput(text);
+            job.addInput(text);
         }
     }
 
@@ -332,6 +333,7 @@ public final class ProjectJobs {
     private void changed() {
         if (endedAt == 0 && isCompleted()) {
             endedAt = System.nanoTime();
+            project.keeper().giveBack();
             try {
                 project.directory().markEnded();
             } catch (IOException e) {
