@@ -19,28 +19,26 @@
 // A process that hangs in the kernel does not end before the kernel lets it.
 enum { PATIENCE_MS = 10000, PAUSE_MS = 1 };
 
-long now_ms(void) {
-  struct timespec now;
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return now.tv_sec * 1000 + now.tv_nsec / 1000000;
+static int64_t milliseconds(struct timeval time) {
+  return (int64_t)time.tv_sec * 1000 + time.tv_usec / 1000;
 }
 
-static long milliseconds(struct timeval time) { return time.tv_sec * 1000 + time.tv_usec / 1000; }
-
-static pid_t reap(int *status, int flags, long *cpu_ms) {
+static pid_t reap(int *status, struct usage *sum) {
   struct rusage usage;
-  pid_t child = wait4(-1, status, flags, &usage);
-  if (child > 0) *cpu_ms += milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+  pid_t child = wait4(-1, status, WNOHANG, &usage);
+  if (child <= 0) return child;
+  sum->cpu_ms += milliseconds(usage.ru_utime) + milliseconds(usage.ru_stime);
+  if (usage.ru_maxrss > sum->peak_kb) sum->peak_kb = usage.ru_maxrss;
   return child;
 }
 
-bool children_reap(pid_t wanted, int *status, long *cpu_ms) {
+bool children_reap(pid_t wanted, int *status, struct usage *usage) {
   bool found = false;
   int raw;
-  for (pid_t child; (child = reap(&raw, WNOHANG, cpu_ms)) > 0;) {
+  for (pid_t child; (child = reap(&raw, usage)) > 0;) {
     if (child != wanted) continue;
     found = true;
-    *status = WIFSIGNALED(raw) ? 128 + WTERMSIG(raw) : WEXITSTATUS(raw);
+    *status = raw;
   }
   return found;
 }
@@ -59,6 +57,12 @@ static pid_t parent_of(const char *process) {
   char state;
   int parent;
   return end && sscanf(end + 1, " %c %d", &state, &parent) == 2 ? parent : -1;
+}
+
+bool children_has(pid_t parent, pid_t process) {
+  char number[16];
+  snprintf(number, sizeof number, "%d", (int)process);
+  return parent_of(number) == parent;
 }
 
 int children_kill_once(bool (*spared)(pid_t)) {
@@ -90,12 +94,12 @@ static int kill_listed(void) {
   return killed;
 }
 
-void children_kill(long *cpu_ms) {
+void children_kill(struct usage *usage) {
   int nothing_found = 0;
-  for (long end = now_ms() + PATIENCE_MS; now_ms() < end;) {
+  for (const int64_t end = time_after(now_ms(), PATIENCE_MS); now_ms() < end;) {
     int status;
     pid_t child;
-    while ((child = reap(&status, WNOHANG, cpu_ms)) > 0) continue;
+    while ((child = reap(&status, usage)) > 0) continue;
     if (child < 0) return;
     int killed = kill_listed();
     if (killed < 0) killed = children_kill_once(NULL);

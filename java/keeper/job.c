@@ -1,4 +1,4 @@
-// A job as its program describes it: a file of texts, each ended by a NUL.
+// A job as its program describes it, and what becomes it.
 
 #include <errno.h>
 #include <fcntl.h>
@@ -7,75 +7,62 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/prctl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "keeper.h"
 
-static char *read_whole(const char *file, size_t *length) {
-  int descriptor = open(file, O_RDONLY | O_CLOEXEC);
-  if (descriptor < 0) return NULL;
-  struct stat status;
-  char *text = fstat(descriptor, &status) == 0 ? malloc((size_t)status.st_size + 1) : NULL;
-  *length = 0;
-  while (text && *length < (size_t)status.st_size) {
-    ssize_t got = read(descriptor, text + *length, (size_t)status.st_size - *length);
-    if (got <= 0) break;
-    *length += (size_t)got;
+static const char *text_of(const struct message *message, const char *name) {
+  const char *text = message_value(message, name);
+  return text ? text : "";
+}
+
+// The values of all fields of that name, ended by NULL; NULL without memory.
+static char **list_of(const struct message *message, const char *name) {
+  size_t count = 0;
+  for (const char *field = NULL; (field = message_next(message, field));) {
+    count += field_value(field, name) != NULL;
   }
-  close(descriptor);
-  return text;
-}
-
-static char *next(char **position, char *end) {
-  char *text = *position;
-  char *stop = text < end ? memchr(text, '\0', (size_t)(end - text)) : NULL;
-  *position = stop ? stop + 1 : end;
-  return stop ? text : NULL;
-}
-
-// A list with its length before it; NULL when it is not whole.
-static char **next_list(char **position, char *end) {
-  const char *length = next(position, end);
-  long count = length ? strtol(length, NULL, 10) : -1;
-  if (count < 0 || count > end - *position) return NULL;
-  char **list = calloc((size_t)count + 1, sizeof *list);
-  for (long i = 0; list && i < count; i++) {
-    list[i] = next(position, end);
-    if (!list[i]) return NULL;
+  char **list = calloc(count + 1, sizeof *list);
+  size_t position = 0;
+  for (const char *field = NULL; list && (field = message_next(message, field));) {
+    const char *value = field_value(field, name);
+    if (value) list[position++] = (char *)value;
   }
   return list;
 }
 
-bool job_read(const char *file, struct job *job) {
-  size_t length;
-  char *position = read_whole(file, &length);
-  if (!position) return false;
-  char *end = position + length;
-  job->file = file;
-  job->directory = next(&position, end);
-  const char *timeout = next(&position, end);
-  job->launcher = next(&position, end);
-  job->cancel = next(&position, end);
-  const char *grace = next(&position, end);
-  job->lock = next(&position, end);
-  job->keeper = next(&position, end);
-  job->environment = next_list(&position, end);
-  job->command = next_list(&position, end);
-  if (!job->command || !job->command[0] || !job->environment) {
-    errno = EINVAL;
-    return false;
+const char *job_read(const struct message *message, struct job *job) {
+  *job = (struct job){.directory = text_of(message, "directory"),
+                      .launcher = text_of(message, "launcher"),
+                      .cancel = text_of(message, "cancel"),
+                      .file = text_of(message, "file"),
+                      .keeper = text_of(message, "keeper"),
+                      .lock = text_of(message, "lock")};
+  const char *trouble = message_trouble(message);
+  if (trouble) return trouble;
+  if (!message_is(message, "run") || !message_number(message, "job", &job->id) ||
+      !message_number(message, "timeout_ms", &job->timeout_ms) ||
+      (*job->launcher && !message_number(message, "grace_ms", &job->grace_ms)) ||
+      !*job->directory) {
+    return "it does not describe a job";
   }
-  job->timeout_s = strtol(timeout, NULL, 10);
-  job->grace_s = strtol(grace, NULL, 10);
-  return true;
+  job->environment = list_of(message, "variable");
+  job->command = list_of(message, "argument");
+  if (!job->environment || !job->command) return strerror(ENOMEM);
+  return *job->command ? NULL : "it has no command";
 }
 
 bool job_lock(const char *lock) {
   // Closed, it would be given up: it stays open as long as the process lives.
   int descriptor = open(lock, O_RDWR | O_CLOEXEC);
+  struct flock own = {.l_type = F_WRLCK, .l_whence = SEEK_SET, .l_start = 0, .l_len = 1};
   struct flock second = {.l_type = F_RDLCK, .l_whence = SEEK_SET, .l_start = 1, .l_len = 1};
-  return descriptor >= 0 && fcntl(descriptor, F_SETLK, &second) == 0;
+  if (descriptor < 0 || fcntl(descriptor, F_SETLK, &second) != 0 ||
+      fcntl(descriptor, F_GETLK, &own) != 0) {
+    return false;
+  }
+  errno = EOWNERDEAD;
+  return own.l_type != F_UNLCK;
 }
 
 // A shell's statuses for a command that cannot be run, and a line that says why.

@@ -1,192 +1,146 @@
-// The keeper of one program: a child for each job, and an eye on the program.
-//
-// Requests and answers are texts that end with a NUL: "run ID FILE", "stop ID", "input ID"; first
-// of all "0 ready", then "ID started", "ID ended WORD STATUS CPU_MS WHY". The processes of the jobs
-// answer for themselves.
+// The keeper of one program: a child for each job, and an eye on the program. docs/keeper.md says
+// what the two tell each other.
 
 #include <errno.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <poll.h>
 #include <signal.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/auxv.h>
 #include <sys/prctl.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "answers.h"
 #include "keeper.h"
+#include "supervisors.h"
 
-enum { ORPHANS_PAUSE_MS = 5 };
+enum { LARGEST_REQUEST = 1 << 26, ORPHANS_PAUSE_MS = 5 };
 
-struct child {
-  long id;
-  pid_t process;
-};
+static struct reader requests = {.limit = LARGEST_REQUEST};
+static bool ending;
 
-static struct child *children;
-static size_t child_count, child_capacity;
-
-static long own_id;
-
-static void answer(long id, const char *text) {
-  char line[512];
-  int length = snprintf(line, sizeof line, "%ld %s", id, text);
-  // Short enough to arrive whole among the answers of others.
-  if (write(STDOUT_FILENO, line, (size_t)length + 1) < 0) return;
+static void refuse(const char *why) {
+  struct answer answer;
+  answer_begin(&answer, "refused");
+  answer_text(&answer, "why", why);
+  answer_end(&answer);
+  answers_send(&answer);
 }
 
-static void answer_ended(long id, const struct outcome *outcome, const char *why) {
-  char text[256];
-  snprintf(text, sizeof text, "ended %s %d %ld %s", ending_words[outcome->ending], outcome->status,
-           outcome->cpu_ms, why);
-  answer(id, text);
+static void answer_ready(const char *inherited) {
+  struct answer answer;
+  answer_begin(&answer, "ready");
+  answer_number(&answer, "process", getpid());
+  answer_text(&answer, "surroundings", inherited);
+  answer_end(&answer);
+  answers_send(&answer);
 }
 
-static void answer_failed(long id, const char *why) {
-  answer_ended(id, &(struct outcome){.ending = FAILED}, why);
+static void answer_ping(void) {
+  supervisors_wake();
+  struct answer answer;
+  answer_begin(&answer, "pong");
+  answer_end(&answer);
+  answers_send(&answer);
 }
 
-static void answer_started(void) { answer(own_id, "started"); }
+static void end(void) {
+  if (!ending) supervisors_stop();
+  ending = true;
+}
 
-static struct child *find(long id) {
-  for (size_t i = 0; i < child_count; i++) {
-    if (children[i].id == id) return &children[i];
+static void obey(const struct message *request) {
+  int64_t id;
+  const bool concerns_job = message_number(request, "job", &id);
+  const char *trouble = message_trouble(request);
+  if (!trouble && message_is(request, "end")) {
+    end();
+  } else if (!trouble && message_is(request, "ping")) {
+    answer_ping();
+  } else if (message_is(request, "run") && concerns_job) {
+    if (request->cut) trouble = strerror(E2BIG);
+    if (ending) trouble = "the program ends";
+    supervisors_run(id, request, trouble);
+  } else if (!trouble && message_is(request, "stop") && concerns_job) {
+    supervisor_stop(id);
+  } else if (!trouble && message_is(request, "input") && concerns_job) {
+    const char *text = message_value(request, "text");
+    if (text && !supervisor_input(id, text)) refuse("there is no memory for a job's input");
+  } else {
+    refuse(trouble ? trouble : "a request is of no known kind, or concerns no job");
   }
-  return NULL;
-}
-
-static bool is_known(pid_t process) {
-  for (size_t i = 0; i < child_count; i++) {
-    if (children[i].process == process) return true;
-  }
-  return false;
-}
-
-static void __attribute__((noreturn)) become_supervisor(long id, const char *file, pid_t keeper) {
-  prctl(PR_SET_PDEATHSIG, SIGTERM);
-  int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
-  dup2(nothing, STDIN_FILENO);
-  if (getppid() != keeper) _exit(1);
-  struct job job;
-  if (!job_read(file, &job)) {
-    answer_failed(id, strerror(errno));
-    _exit(0);
-  }
-  own_id = id;
-  struct outcome outcome = supervise(&job, false, answer_started);
-  answer_ended(id, &outcome, outcome.ending == FAILED ? strerror(outcome.status) : "");
-  _exit(0);
-}
-
-static void run(long id, const char *file) {
-  if (child_count == child_capacity) {
-    size_t capacity = child_capacity * 2 + 16;
-    struct child *more = realloc(children, capacity * sizeof *more);
-    if (!more) {
-      answer_failed(id, strerror(ENOMEM));
-      return;
-    }
-    children = more;
-    child_capacity = capacity;
-  }
-  pid_t keeper = getpid();
-  pid_t process = fork();
-  if (process == 0) become_supervisor(id, file, keeper);
-  if (process < 0) {
-    answer_failed(id, strerror(errno));
-    return;
-  }
-  children[child_count++] = (struct child){id, process};
-}
-
-static void obey(char *request) {
-  char *rest;
-  const char *verb = strtok_r(request, " ", &rest);
-  long id = strtol(rest, &rest, 10);
-  if (!verb) return;
-  if (strcmp(verb, "run") == 0) {
-    run(id, rest + 1);
-    return;
-  }
-  const struct child *child = find(id);
-  if (!child) return;
-  kill(child->process, strcmp(verb, "stop") == 0 ? SIGTERM : SIGUSR1);
-  // A job may have halted the process that looks after it.
-  kill(child->process, SIGCONT);
 }
 
 // False when the program has closed its end.
 static bool read_requests(void) {
-  static char text[2 * PATH_MAX];
-  static size_t length;
-  ssize_t got = read(STDIN_FILENO, text + length, sizeof text - length);
-  if (got <= 0) return got < 0 && errno == EINTR;
-  length += (size_t)got;
-  char *begin = text;
-  for (char *end; (end = memchr(begin, '\0', (size_t)(text + length - begin)));) {
-    obey(begin);
-    begin = end + 1;
-  }
-  length -= (size_t)(begin - text);
-  memmove(text, begin, length);
-  return length < sizeof text;
+  size_t size;
+  char *room = reader_room(&requests, &size);
+  // Without any memory the program is asked again, when a job has ended.
+  if (size == 0) return true;
+  const ssize_t length = read(STDIN_FILENO, room, size);
+  if (length <= 0) return length < 0 && (errno == EINTR || errno == EAGAIN);
+  reader_add(&requests, (size_t)length);
+  struct message request;
+  while (reader_next(&requests, &request)) obey(&request);
+  return true;
 }
 
-// Whether a supervisor was killed, so that what it looked after is now this process's.
-static bool reap(void) {
-  bool orphaned = false;
-  int status;
-  for (pid_t process; (process = waitpid(-1, &status, WNOHANG)) > 0;) {
-    for (size_t i = 0; i < child_count; i++) {
-      if (children[i].process != process) continue;
-      if (status != 0) {
-        orphaned = true;
-        answer_failed(children[i].id, "the process that looked after it was killed");
-      }
-      children[i] = children[--child_count];
-      break;
-    }
-  }
-  return orphaned;
+static void wait_for_something(int signals, bool orphans) {
+  struct pollfd own[] = {{.fd = signals, .events = POLLIN},
+                         {.fd = ending ? -1 : STDIN_FILENO, .events = POLLIN},
+                         {.fd = answers_wait() ? STDOUT_FILENO : -1, .events = POLLOUT}};
+  size_t count;
+  struct pollfd *files = supervisors_poll(own, 3, &count);
+  // Without memory for the list all are looked at, whether something came or not.
+  poll(files ? files : own, files ? count : 3, orphans || !files ? ORPHANS_PAUSE_MS : -1);
+  const struct pollfd *heard = files ? files : own;
+  if (heard[2].revents) answers_flush();
+  supervisors_hear(files ? files + 3 : NULL);
+  if (heard[1].revents && !read_requests()) end();
 }
 
-static void end_all(void) {
-  for (size_t i = 0; i < child_count; i++) {
-    kill(children[i].process, SIGTERM);
-    kill(children[i].process, SIGCONT);
-  }
+static const char *obstacle(const char *lock, char *inherited, size_t size) {
+  if (getauxval(AT_SECURE)) return "this program has the rights of somebody else than its caller";
+  const char *trouble = surroundings_trouble();
+  if (trouble) return trouble;
+  if (!surroundings(inherited, size)) return strerror(errno);
+  static char text[PATH_MAX + 200];
+  if (job_lock(lock)) return NULL;
+  snprintf(text, sizeof text, "%s: %s", lock, strerror(errno));
+  return text;
 }
 
-int serve(pid_t program, const char *lock) {
-  if (!job_lock(lock)) {
-    perror(lock);
+int serve(const char *lock) {
+  const pid_t program = getppid();
+  answers_open(STDOUT_FILENO);
+  // Whatever else may read there, this process never waits for it.
+  fcntl(STDIN_FILENO, F_SETFL, O_NONBLOCK);
+  // What is halted with the program's jobs goes on to see the program's end.
+  prctl(PR_SET_PDEATHSIG, SIGCONT);
+  char inherited[256];
+  const char *trouble = obstacle(lock, inherited, sizeof inherited);
+  if (trouble) {
+    refuse(trouble);
     return 1;
   }
   // Apart from the program's terminal: what is typed there is the program's to answer.
   setsid();
-  int signals = signals_open();
+  const int signals = signals_open();
   prctl(PR_SET_CHILD_SUBREAPER, 1);
-  prctl(PR_SET_PDEATHSIG, SIGHUP);
-  answer(0, "ready");
+  answer_ready(inherited);
   bool orphans = false;
-  // A thread of the program that ends sends the same signal as the program; the parent tells.
-  bool ending = getppid() != program;
-  while (!ending || child_count > 0) {
-    struct pollfd files[] = {{.fd = signals, .events = POLLIN},
-                             {.fd = ending ? -1 : STDIN_FILENO, .events = POLLIN}};
-    poll(files, 2, orphans ? ORPHANS_PAUSE_MS : -1);
-    bool gone = files[1].revents && !read_requests();
+  while (!ending || supervisors_count() > 0) {
+    wait_for_something(signals, orphans);
+    // A thread of the program that ends sends the same signal as the program; the parent tells.
     for (int number; (number = signals_next(signals)) != 0;) {
-      gone |= number == SIGTERM || number == SIGINT || getppid() != program;
+      if (number == SIGTERM || number == SIGINT) end();
     }
-    orphans |= reap();
-    if (orphans) orphans = children_kill_once(is_known) > 0;
-    if (gone && !ending) {
-      ending = true;
-      end_all();
-    }
+    if (getppid() != program) end();
+    orphans |= supervisors_reap();
+    if (orphans) orphans = children_kill_once(supervisor_is) > 0;
   }
+  answers_flush();
   return 0;
 }

@@ -2,10 +2,9 @@
 
 #include <errno.h>
 #include <fcntl.h>
-#include <limits.h>
 #include <poll.h>
 #include <signal.h>
-#include <stdio.h>
+#include <string.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <time.h>
@@ -19,26 +18,25 @@ struct run {
   const struct job *job;
   bool far;
   bool launch;
+  // Whose end is the program's on this side; a launcher's may be another on the far side.
+  pid_t keeper;
   pid_t main;
   int signals;
   bool ended;
+  // As wait gives it.
   int status;
-  long cpu_ms;
+  struct usage usage;
   // EXITED until there is a reason to end the job.
   enum ending ending;
-  // Where input comes from (-1: nowhere), and the pipe that takes it to the job.
+  // Where input comes from, and the pipe that takes it to the job.
   int source;
   int sink;
-  bool source_ready;
   char buffer[4096];
   size_t begin, end;
 };
 
-static int open_input(const struct run *run) {
-  if (run->far) return STDIN_FILENO;
-  char path[PATH_MAX];
-  snprintf(path, sizeof path, "%s.input", run->job->file);
-  return open(path, O_RDONLY | O_CLOEXEC);
+static void stop(struct run *run) {
+  if (run->ending == EXITED) run->ending = STOPPED;
 }
 
 static bool start(struct run *run) {
@@ -65,10 +63,8 @@ static void fill(struct run *run) {
   ssize_t length = read(run->source, run->buffer, sizeof run->buffer);
   run->begin = 0;
   run->end = length > 0 ? (size_t)length : 0;
-  if (length > 0 || (length < 0 && errno == EINTR)) return;
-  run->source_ready = false;
-  // A launcher hands on the input of a program that is alive, and its end when it is gone.
-  if (run->far && run->ending == EXITED) run->ending = STOPPED;
+  // Whoever hands input on does so while the program is alive, and ends it when it is gone.
+  if (length == 0 || (length < 0 && errno != EINTR && errno != EAGAIN)) stop(run);
 }
 
 static void drain(struct run *run) {
@@ -85,38 +81,35 @@ static void drain(struct run *run) {
 static void heed_signals(struct run *run) {
   for (int number; (number = signals_next(run->signals)) != 0;) {
     if (number == SIGCHLD) {
-      run->ended |= children_reap(run->main, &run->status, &run->cpu_ms);
-    } else if (number == SIGUSR1) {
-      if (run->source < 0) run->source = open_input(run);
-      run->source_ready = run->source >= 0;
+      run->ended |= children_reap(run->main, &run->status, &run->usage);
     } else if (number == SIGTERM || number == SIGHUP || number == SIGINT) {
-      if (run->ending == EXITED) run->ending = STOPPED;
+      stop(run);
+    } else if (number == SIGCONT && !run->far && getppid() != run->keeper) {
+      stop(run);
     }
   }
 }
 
-static void wait_for_something(struct run *run, long until) {
+static void wait_for_something(struct run *run, int64_t until) {
   bool full = run->begin < run->end;
   struct pollfd files[] = {
       {.fd = run->signals, .events = POLLIN},
-      // Also while there is no room for more, the end of a launcher's input is heard of.
-      {.fd = run->far || (run->source_ready && !full) ? run->source : -1,
-       .events = full ? 0 : POLLIN},
+      // Also while there is no room for more, the end of the input is heard of.
+      {.fd = run->source, .events = full ? 0 : POLLIN},
       {.fd = full ? run->sink : -1, .events = POLLOUT},
   };
-  long left = until - now_ms();
-  int timeout = until == LONG_MAX ? -1 : left < 0 ? 0 : left > INT_MAX ? INT_MAX : (int)left;
-  if (poll(files, 3, timeout) <= 0) return;
+  if (poll(files, 3, poll_timeout(until, now_ms())) <= 0) return;
   if (files[0].revents) heed_signals(run);
-  if (files[1].revents && full) run->ending = STOPPED;
+  if (files[1].revents && full) stop(run);
   if (files[1].revents && !full) fill(run);
   if (files[2].revents) drain(run);
 }
 
-static void await_end(struct run *run, long limit_ms) {
-  for (long end = now_ms() + limit_ms; !run->ended && now_ms() < end;) {
+static void await_end(struct run *run) {
+  const int64_t end = time_after(now_ms(), run->job->grace_ms);
+  for (int64_t now; !run->ended && (now = now_ms()) < end;) {
     struct pollfd file = {.fd = run->signals, .events = POLLIN};
-    poll(&file, 1, (int)(end - now_ms()) + 1);
+    poll(&file, 1, poll_timeout(end, now));
     heed_signals(run);
   }
 }
@@ -129,63 +122,82 @@ static void run_cancel(const struct run *run) {
     job_exec_cancel(run->job);
   }
   const struct timespec pause = {0, 10000000L};
-  for (long end = now_ms() + run->job->grace_s * 1000; cancel > 0 && now_ms() < end;) {
+  const int64_t end = time_after(now_ms(), run->job->grace_ms);
+  while (cancel > 0 && now_ms() < end) {
     if (waitpid(cancel, NULL, WNOHANG) != 0) return;
     nanosleep(&pause, NULL);
   }
 }
 
+static struct outcome own_outcome(const struct run *run) {
+  const int signal = WIFSIGNALED(run->status) ? WTERMSIG(run->status) : 0;
+  return (struct outcome){.ending = run->ending,
+                          .status = signal ? 128 + signal : WEXITSTATUS(run->status),
+                          .signal = signal,
+                          .cpu_ms = run->usage.cpu_ms,
+                          .peak_kb = run->usage.peak_kb};
+}
+
 // A launcher that is killed hard leaves its job running or queued: it is asked first, and its
 // engine is told. What the job's own side says counts, whatever the launcher's status.
 static struct outcome end_launcher(struct run *run) {
-  struct outcome outcome = {0};
-  if (!run->ended && word_ended(run->job, &outcome)) await_end(run, run->job->grace_s * 1000);
+  struct outcome outcome;
+  if (!run->ended && word_ended(run->job, &outcome)) await_end(run);
   if (!run->ended) {
     kill(run->main, SIGTERM);
-    await_end(run, run->job->grace_s * 1000);
+    await_end(run);
   }
   if (*run->job->cancel && (!run->ended || !word_ended(run->job, &outcome))) {
     run_cancel(run);
-    await_end(run, run->job->grace_s * 1000);
+    await_end(run);
   }
-  children_kill(&run->cpu_ms);
-  if (!word_ended(run->job, &outcome)) {
-    outcome.ending = run->ending == EXITED ? LOST : run->ending;
-    outcome.status = run->status;
-  }
+  children_kill(&run->usage);
+  if (word_ended(run->job, &outcome)) return outcome;
+  outcome = own_outcome(run);
+  if (outcome.ending == EXITED) outcome.ending = LOST;
+  // What the launcher itself used is not the job's.
+  outcome.cpu_ms = outcome.peak_kb = 0;
   return outcome;
 }
 
-static struct outcome end_job(struct run *run) {
-  children_kill(&run->cpu_ms);
-  return (struct outcome){run->ending, run->status, run->cpu_ms};
+static struct outcome failed(void) {
+  return (struct outcome){.ending = FAILED, .status = errno, .why = strerror(errno)};
 }
 
-struct outcome supervise(const struct job *job, bool far, void (*on_started)(void)) {
-  bool launch = !far && *job->launcher;
-  struct run run = {.job = job, .far = far, .launch = launch, .sink = -1};
+struct outcome supervise(const struct job *job, const struct message *description, bool far,
+                         int input, void (*tell)(const struct answer *answer)) {
+  const bool launch = !far && *job->launcher;
+  struct run run = {
+      .job = job, .far = far, .launch = launch, .keeper = getppid(), .source = input, .sink = -1};
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   run.signals = signals_open();
-  run.source = open_input(&run);
-  run.source_ready = run.source >= 0;
-  if (run.signals < 0 || (launch && !word_create(job)) || !start(&run)) {
-    return (struct outcome){.ending = FAILED, .status = errno};
+  if (run.signals < 0 || (launch && !word_create(job, description)) || !start(&run)) {
+    return failed();
   }
-  bool started = !launch;
-  if (started) on_started();
+  const int64_t begin = now_ms();
+  struct answer started;
+  answer_begin(&started, "started");
+  answer_number(&started, "job", job->id);
+  answer_end(&started);
+  bool begun = !launch;
+  if (begun) tell(&started);
   // A launcher may also hang when its job has ended.
   bool told = false;
   struct outcome outcome;
-  long limit = job->timeout_s > 0 && !launch ? now_ms() + job->timeout_s * 1000 : LONG_MAX;
+  const int64_t limit = job->timeout_ms > 0 && !launch ? time_after(begin, job->timeout_ms) : NEVER;
   while (!run.ended && run.ending == EXITED && !told) {
-    long pause = started ? END_PAUSE_MS : START_PAUSE_MS;
-    wait_for_something(&run, launch ? now_ms() + pause : limit);
-    if (!started && word_started(job)) {
-      started = true;
-      on_started();
+    const int64_t pause = begun ? END_PAUSE_MS : START_PAUSE_MS;
+    wait_for_something(&run, launch ? time_after(now_ms(), pause) : limit);
+    if (!begun && word_started(job)) {
+      begun = true;
+      tell(&started);
     }
-    told = launch && started && word_ended(job, &outcome);
+    told = launch && begun && word_ended(job, &outcome);
     if (!run.ended && run.ending == EXITED && now_ms() >= limit) run.ending = TIMED_OUT;
   }
-  return launch ? end_launcher(&run) : end_job(&run);
+  if (launch) return end_launcher(&run);
+  children_kill(&run.usage);
+  outcome = own_outcome(&run);
+  outcome.wall_ms = now_ms() - begin;
+  return outcome;
 }

@@ -1,7 +1,9 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.Arguments;
+import java.util.ArrayList;
 import java.util.Arrays;
+import java.util.Collections;
 import java.util.List;
 
 /** One job; its project guards the fields that change. */
@@ -27,9 +29,24 @@ public final class Job {
     /** What runs the job, from when it has its turn. */
     public JobRun run;
 
+    /** Lines for its input that came before it ran; null for none. */
+    private List<String> input;
+
     Job(int number, List<String> command) {
         this.number = number;
         this.command = command;
+    }
+
+    /** Keeps a line for its input until it runs. */
+    public void addInput(String line) {
+        if (input == null) {
+            input = new ArrayList<>();
+        }
+        input.add(line);
+    }
+
+    List<String> input() {
+        return input == null ? Collections.emptyList() : input;
     }
 
     /** The command of a job that is a line for the shell. */

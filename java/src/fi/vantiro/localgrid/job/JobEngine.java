@@ -1,16 +1,18 @@
 package fi.vantiro.localgrid.job;
 
 import fi.vantiro.localgrid.base.GridException;
-import fi.vantiro.localgrid.base.Rights;
-import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.home.GridHome;
 import fi.vantiro.localgrid.process.JobFile;
-import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.JobRequest;
+import fi.vantiro.localgrid.process.KeeperProgram;
+import fi.vantiro.localgrid.process.Keepers;
+import fi.vantiro.localgrid.process.ProjectKeeper;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Path;
 import java.util.List;
 import java.util.Map;
+import java.util.concurrent.TimeUnit;
 
 /**
  * Runs the jobs of all projects of one grid. It owns what that takes, the places, the threads, the
@@ -22,7 +24,7 @@ public final class JobEngine {
     private final GridHome home;
     private final Path ownerLock;
     private final Scheduler scheduler;
-    private Keeper keeper;
+    private final Keepers keepers;
     private int users;
     private boolean retired;
     private boolean closed;
@@ -31,6 +33,7 @@ public final class JobEngine {
         this.settings = settings;
         this.home = home;
         ownerLock = home.own();
+        keepers = new Keepers(() -> ownerLock, TimeUnit.SECONDS.toMillis(settings.jobCancelWait));
         scheduler =
                 new Scheduler(settings.processors, (owner, job) -> new JobRun(job, owner, this));
     }
@@ -60,8 +63,7 @@ public final class JobEngine {
     }
 
     /** Makes sure that jobs can run. */
-    public void start() throws GridException, IOException {
-        keeper();
+    public void startThreads() {
         scheduler.startThreads();
     }
 
@@ -92,36 +94,30 @@ public final class JobEngine {
         return "vantiro-" + ownerLock.getFileName() + "-" + project + "-" + job;
     }
 
-    void writeJobFile(JobFile file, Path directory, Map<String, String> environment,
-            List<String> command) throws GridException, IOException {
-        // Where a launcher finds it: beside the jobs, on whatever machine that is.
-        Path program =
-                settings.jobLauncher.isEmpty() ? Keeper.program() : Keeper.programIn(settings.home);
-        file.write(directory, settings, ownerLock, program, environment, command);
+    boolean hasLauncher() {
+        return !settings.jobLauncher.isEmpty();
     }
 
-    /** The keeper of the jobs, started when it is first needed or when it was ended. */
-    public synchronized Keeper keeper() throws GridException, IOException {
-        if (closed) {
-            throw new GridException(Status.WRONG_STATE, "the grid was closed");
-        }
-        if (keeper == null || keeper.isGone()) {
-            if (Rights.areBorrowed()) {
-                throw new GridException(Status.WRONG_STATE,
-                        "a set-user-id or set-group-id program runs no jobs: they would have its "
-                                + "rights, in its caller's environment; give the rights up first");
-            }
-            keeper = Keeper.start(ownerLock, settings.jobCancelWait);
-        }
-        return keeper;
+    /** What a keeper is told about a job. */
+    JobRequest request(JobFile file, Path directory, Map<String, String> environment,
+            List<String> command) throws GridException, IOException {
+        JobRequest request = new JobRequest(
+                directory, TimeUnit.SECONDS.toMillis(settings.jobTimeout), environment, command);
+        return hasLauncher() ? request.launchedBy(settings.jobLauncher, settings.jobCancel,
+                       TimeUnit.SECONDS.toMillis(settings.jobCancelWait), file,
+                       KeeperProgram.sharedIn(settings.home), ownerLock)
+                             : request;
+    }
+
+    /** The keeper of a project's jobs. */
+    public ProjectKeeper newKeeper() {
+        return new ProjectKeeper(keepers);
     }
 
     private void close() {
         closed = true;
         scheduler.close();
-        if (keeper != null) {
-            keeper.close();
-        }
+        keepers.close();
         home.disown();
     }
 }

@@ -7,7 +7,9 @@ import fi.vantiro.localgrid.base.Status;
 import fi.vantiro.localgrid.files.Outputs;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.JobOutcome;
+import fi.vantiro.localgrid.process.JobRequest;
 import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.Keepers;
 import java.io.IOException;
 import java.nio.ByteBuffer;
 import java.nio.channels.FileChannel;
@@ -43,8 +45,9 @@ public final class JobRun implements Runnable, Keeper.Client {
     /** Whether nothing of what the job wrote is in its directory alone. */
     private boolean isCollected;
 
+    private JobRequest request;
     private Keeper keeper;
-    private int id;
+    private long id;
     private boolean stopped;
 
     JobRun(int number, JobOwner owner, JobEngine engine) {
@@ -91,7 +94,7 @@ public final class JobRun implements Runnable, Keeper.Client {
         if (work.outputs().isEmpty()) {
             directory.inputsPlaced();
         }
-        engine.writeJobFile(file(), directory.root(), environment, job.command);
+        request = engine.request(file(), directory.root(), environment, job.command);
         // They are there from the start: a file that was missed once may stay unseen on a network.
         for (String stream : new String[] {WorkDirectory.STDOUT, WorkDirectory.STDERR}) {
             Files.deleteIfExists(directory.file(stream));
@@ -107,8 +110,11 @@ public final class JobRun implements Runnable, Keeper.Client {
         if (stopped) {
             throw new GridException(Status.STOPPED, "stopped before it was started");
         }
-        keeper = work.keeper();
-        id = keeper.run(file().path(), this);
+        Keeper own = work.keeper();
+        id = own.run(request, this);
+        keeper = own;
+        request = null;
+        job.input().forEach(line -> keeper.input(id, line));
     }
 
     /** Has the job ended, or keeps it from being started. */
@@ -120,10 +126,11 @@ public final class JobRun implements Runnable, Keeper.Client {
     }
 
     /** Hands a line to the job's standard input. */
-    public synchronized void send(String line) throws IOException {
-        file().addInput(line);
-        if (keeper != null) {
-            keeper.input(id);
+    public synchronized void send(String line) {
+        if (keeper == null) {
+            job.addInput(line);
+        } else {
+            keeper.input(id, line);
         }
     }
 
@@ -172,14 +179,16 @@ public final class JobRun implements Runnable, Keeper.Client {
             if (follower != null) {
                 follower.end(null);
             }
-            file().delete();
+            if (engine.hasLauncher()) {
+                file().delete();
+            }
             if (directory != null && !work.keepsWork() && (outcome == null || isCollected)) {
                 work.deleteDirectory(number);
             }
         } catch (Throwable e) {
             failure = failure == null ? GridException.text(e) : failure;
         }
-        Keeper.holdIfProgramEnds();
+        Keepers.holdIfProgramEnds();
         GridThreads.untilMemory(telling);
         engine.giveBack();
     }
@@ -200,6 +209,8 @@ public final class JobRun implements Runnable, Keeper.Client {
             case LOST:
                 return "the launcher ended with status " + outcome.status + " before the job did"
                         + launcherSays();
+            case UNKEPT:
+                return outcome.why + launcherSays();
             default:
                 return "it could not be run: " + outcome.why + launcherSays();
         }

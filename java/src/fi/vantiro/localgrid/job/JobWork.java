@@ -14,6 +14,9 @@ public interface JobWork {
     /** Makes ready for jobs to run, as things are at this moment. */
     void open() throws GridException, IOException;
 
+    /** No more jobs are to run. */
+    void close();
+
     Keeper keeper() throws GridException, IOException;
 
     /** Where the job is to work. */

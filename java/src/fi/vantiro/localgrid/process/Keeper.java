@@ -2,44 +2,32 @@ package fi.vantiro.localgrid.process;
 
 import fi.vantiro.localgrid.base.GridException;
 import fi.vantiro.localgrid.base.GridThreads;
-import fi.vantiro.localgrid.base.NativeText;
+import fi.vantiro.localgrid.base.Log;
 import fi.vantiro.localgrid.base.Status;
-import fi.vantiro.localgrid.files.AtomicFile;
-import java.io.EOFException;
 import java.io.IOException;
-import java.io.InputStream;
 import java.io.OutputStream;
-import java.net.URISyntaxException;
-import java.nio.charset.StandardCharsets;
-import java.nio.file.Files;
 import java.nio.file.Path;
-import java.nio.file.Paths;
-import java.util.ArrayList;
-import java.util.List;
+import java.security.SecureRandom;
 import java.util.Map;
-import java.util.Set;
 import java.util.concurrent.ConcurrentHashMap;
+import java.util.concurrent.CountDownLatch;
 import java.util.concurrent.TimeUnit;
-import java.util.concurrent.locks.LockSupport;
+import java.util.concurrent.locks.ReentrantLock;
+import java.util.logging.Logger;
 
 /**
  * The native process that starts this program's jobs, looks after all that they start, and ends it
  * when it is told to, when a job ends, and when the program is gone.
  */
 public final class Keeper {
-    static final String NAME = "vantiro-keeper";
-
-    private static final int MAX_ANSWER = 512;
-    private static final int PATIENCE_SECONDS = 15;
-    private static final Set<Keeper> RUNNING = ConcurrentHashMap.newKeySet();
+    private static final Logger LOG = Logger.getLogger(Log.NAME);
+    private static final int START_SECONDS = 30;
+    private static final int WAKE_SECONDS = 1;
+    private static final int MOST_WARNINGS = 10;
+    /** So that whoever writes into the pipe cannot answer for a job. */
+    private static final SecureRandom NUMBERS = new SecureRandom();
     /** Here, since in a full heap its class could not be loaded when it is needed. */
     private static final JobOutcome UNKEPT = JobOutcome.UNKEPT;
-    /** From then on nobody is told anything: that jobs end now is no failure of theirs. */
-    private static volatile boolean programEnds;
-
-    static {
-        Runtime.getRuntime().addShutdownHook(new Thread(Keeper::endAll));
-    }
 
     /** A job as its keeper's answers see it. */
     public interface Client {
@@ -50,92 +38,56 @@ public final class Keeper {
         void ended(JobOutcome outcome);
     }
 
+    private final Path program;
     private final Process process;
-    private final OutputStream requests;
-    private final int patience;
-    private final Map<Integer, Client> clients = new ConcurrentHashMap<>();
-    private int lastId;
-    private final byte[] answer = new byte[MAX_ANSWER];
-    private int answerLength;
     // Here, since in a full heap they could not be made when they are needed.
     private final Runnable heeding = this::heed;
     private final Runnable endingClients = this::endClients;
-    private boolean gone;
+    private final MessageReader answers;
+    private final OutputStream requests;
+    /** Held while a request is written; a halted keeper may make that long. */
+    private final ReentrantLock writing = new ReentrantLock();
+    private final Map<Long, Client> clients = new ConcurrentHashMap<>();
+    /** Opened by the first answer, or by the end when there was none. */
+    private final CountDownLatch introduced = new CountDownLatch(1);
+    private Message introduction;
+    private volatile boolean gone;
+    private volatile boolean pingUnanswered;
+    private int warnings;
 
-    private Keeper(Process process, int patience) {
+    private Keeper(Path program, Process process) {
+        this.program = program;
         this.process = process;
-        this.patience = patience;
+        answers = new MessageReader(process.getInputStream());
         requests = process.getOutputStream();
     }
 
-    /** Starts a keeper for the program that holds the lock file. */
-    public static Keeper start(Path lock, int graceSeconds) throws GridException, IOException {
-        Path program = program();
-        String self = Paths.get("/proc/self").toRealPath().getFileName().toString();
+    /**
+     * Starts that program as the keeper of the program that holds the lock file. It has, and hands
+     * on to jobs, what the calling thread has at this moment: rights, environment, limits.
+     */
+    static Keeper start(Path program, Path lock) throws GridException {
         Process process;
         try {
-            process = new ProcessBuilder(program.toString(), "serve", self, lock.toString())
+            process = new ProcessBuilder(program.toString(), "serve", lock.toString())
                               .redirectError(ProcessBuilder.Redirect.INHERIT)
                               .start();
         } catch (IOException e) {
             throw new GridException(Status.NOT_FOUND,
                     "jobs cannot be run: " + program + " does not start: " + reason(e));
         }
-        Keeper keeper = new Keeper(process, PATIENCE_SECONDS + 2 * graceSeconds);
-        boolean listening = false;
+        boolean ready = false;
         try {
-            keeper.awaitReady(program);
+            Keeper keeper = new Keeper(program, process);
             GridThreads.start("vantiro-keeper", keeper::listen);
-            RUNNING.add(keeper);
-            listening = true;
+            keeper.awaitIntroduction();
+            ready = true;
+            return keeper;
         } finally {
-            if (!listening) {
-                process.destroy();
+            if (!ready) {
+                process.destroyForcibly();
             }
         }
-        return keeper;
-    }
-
-    /** Its first answer tells that it is what it should be, and that it could start. */
-    private void awaitReady(Path program) throws GridException {
-        try {
-            read(process.getInputStream(), new byte[MAX_ANSWER]);
-        } catch (IOException e) {
-            throw new GridException(Status.NOT_FOUND,
-                    "jobs cannot be run: " + program
-                            + " has ended at once; standard error may tell why");
-        }
-    }
-
-    /** The keeper's program, which lies beside the archive of this class. */
-    public static Path program() throws GridException {
-        try {
-            Path archive = Paths.get(
-                    Keeper.class.getProtectionDomain().getCodeSource().getLocation().toURI());
-            Path program = archive.resolveSibling(NAME);
-            if (Files.isExecutable(program)) {
-                return program;
-            }
-            throw new GridException(Status.NOT_FOUND,
-                    "jobs cannot be run: there is no program " + NAME + " beside " + archive
-                            + "; it belongs to the archive and looks after the jobs' processes");
-        } catch (URISyntaxException e) {
-            throw new GridException(Status.NOT_FOUND, "jobs cannot be run: " + e.getMessage());
-        }
-    }
-
-    /**
-     * The same program in a directory that other machines see too, under a name of this version:
-     * programs of several versions may use one home.
-     */
-    public static Path programIn(Path home) throws GridException, IOException {
-        Path program = program();
-        Path copy = home.resolve(NAME + "-" + Files.size(program) + "-"
-                + Files.getLastModifiedTime(program).toMillis());
-        if (!Files.exists(copy)) {
-            AtomicFile.copy(program, copy);
-        }
-        return copy;
     }
 
     private static String reason(IOException e) {
@@ -144,21 +96,58 @@ public final class Keeper {
         return error < 0 ? text : text.substring(text.indexOf(' ', error) + 1);
     }
 
-    public synchronized boolean isGone() {
+    /** Its first answer tells that it is what it should be, and that it could start. */
+    private void awaitIntroduction() throws GridException {
+        try {
+            if (!introduced.await(START_SECONDS, TimeUnit.SECONDS)) {
+                throw unusable("does not answer");
+            }
+        } catch (InterruptedException e) {
+            Thread.currentThread().interrupt();
+            throw unusable("was not waited for");
+        }
+        if (introduction == null) {
+            throw unusable("has ended at once; standard error may tell why");
+        }
+        if (introduction.trouble() != null) {
+            throw unusable("is of another release than this archive: it answers \"" + introduction
+                    + "\", and " + introduction.trouble());
+        }
+        if (introduction.is("refused")) {
+            throw new GridException(
+                    Status.WRONG_STATE, "jobs cannot be run: " + introduction.text("why"));
+        }
+        if (!introduction.is("ready")) {
+            throw unusable("answers \"" + introduction + "\"");
+        }
+    }
+
+    private GridException unusable(String what) {
+        return new GridException(Status.NOT_FOUND, "jobs cannot be run: " + program + " " + what);
+    }
+
+    /** A text that is another's when that hands anything else on to its jobs. */
+    String surroundings() {
+        return introduction.text("surroundings");
+    }
+
+    public boolean isGone() {
         return gone;
     }
 
-    /** Has the job of that file run; the number by which it is known here. */
-    public synchronized int run(Path jobFile, Client client) throws GridException {
-        if (gone) {
-            throw hasEnded();
-        }
-        int id = ++lastId;
+    boolean isBusy() {
+        return !clients.isEmpty();
+    }
+
+    /** Has a job run; the number by which it is known here. */
+    public long run(JobRequest request, Client client) throws GridException {
+        long id = NUMBERS.nextLong() >>> 1;
         boolean requested = false;
         clients.put(id, client);
         try {
-            request("run " + id + " " + jobFile);
-            requested = true;
+            send(request.message(id));
+            // Looked at last: whoever ends the clients has set it first.
+            requested = !gone;
         } catch (IOException e) {
             throw hasEnded();
         } finally {
@@ -166,118 +155,179 @@ public final class Keeper {
                 clients.remove(id);
             }
         }
+        if (!requested) {
+            throw hasEnded();
+        }
         return id;
     }
 
-    /** Has a job ended, if it still runs. */
-    public synchronized void stop(int id) {
-        tell("stop " + id);
-    }
-
-    /** Lets a job have what was added to the file of its input. */
-    public synchronized void input(int id) {
-        tell("input " + id);
-    }
-
     private static GridException hasEnded() {
-        return new GridException(Status.IO_ERROR, NAME + ", which looks after the jobs, was ended");
+        return new GridException(
+                Status.IO_ERROR, KeeperProgram.NAME + ", which looks after the jobs, was ended");
     }
 
-    private void tell(String text) {
+    /** Has a job ended, if it still runs. */
+    public void stop(long id) {
+        tell(Message.of("stop").with("job", id));
+    }
+
+    /** Hands a line to a job's standard input. */
+    public void input(long id, String line) {
+        tell(Message.of("input").with("job", id).with("text", line));
+    }
+
+    private void tell(Message request) {
         try {
-            request(text);
+            send(request);
         } catch (IOException e) {
             // The keeper is gone, and its jobs with it; who listens to it says so.
             return;
         }
     }
 
-    private void request(String text) throws IOException {
-        requests.write((text + "\0").getBytes(NativeText.charset()));
-        requests.flush();
+    private void send(Message request) throws IOException {
+        byte[] bytes = request.bytes();
+        writing.lock();
+        try {
+            requests.write(bytes);
+            requests.flush();
+        } finally {
+            writing.unlock();
+        }
+    }
+
+    /** Asks for a sign of life. */
+    void ping() {
+        if (!pingUnanswered && !gone) {
+            // Whoever is writing all the time waits for a keeper that does not read.
+            pingUnanswered = true;
+            if (writing.tryLock()) {
+                try {
+                    tell(Message.of("ping"));
+                } finally {
+                    writing.unlock();
+                }
+            }
+        }
+    }
+
+    /** Wakes it up when the last ping was not answered. */
+    void wakeIfSilent() {
+        if (pingUnanswered && !gone) {
+            pingUnanswered = false;
+            wake();
+        }
+    }
+
+    private void wake() {
+        try {
+            Process waking =
+                    new ProcessBuilder(program.toString(), "continue", introduction.text("process"))
+                            .redirectErrorStream(true)
+                            .start();
+            waking.waitFor(WAKE_SECONDS, TimeUnit.SECONDS);
+            waking.destroyForcibly();
+            waking.getInputStream().close();
+            waking.getOutputStream().close();
+        } catch (IOException | InterruptedException e) {
+            warn("cannot be woken up: " + e.getMessage());
+        }
+    }
+
+    /** Has it end with all its jobs, without waiting for that. */
+    void end() {
+        try {
+            // Not through the buffer's end alone: the program's children may hold the pipe as well.
+            if (writing.tryLock(WAKE_SECONDS, TimeUnit.SECONDS)) {
+                try {
+                    tell(Message.of("end"));
+                    requests.close();
+                } finally {
+                    writing.unlock();
+                }
+            }
+        } catch (IOException | InterruptedException e) {
+            // It is gone already, or sees the program's end by itself.
+            return;
+        }
+    }
+
+    /** Waits until it has ended as it was asked to; one that was halted is woken up for that. */
+    void awaitEnd(long millis) throws InterruptedException {
+        if (!process.waitFor(WAKE_SECONDS, TimeUnit.SECONDS)) {
+            wake();
+            end();
+            if (!process.waitFor(millis, TimeUnit.MILLISECONDS)) {
+                process.destroyForcibly();
+            }
+        }
     }
 
     private void listen() {
-        try (InputStream answers = process.getInputStream()) {
-            while (true) {
-                answerLength = read(answers, answer);
+        try {
+            while (answers.next()) {
                 GridThreads.untilMemory(heeding);
             }
         } catch (IOException e) {
-            GridThreads.untilMemory(endingClients);
+            warn("cannot be listened to: " + e.getMessage());
         }
-    }
-
-    private static int read(InputStream answers, byte[] answer) throws IOException {
-        int length = 0;
-        for (int next = answers.read(); next != 0; next = answers.read()) {
-            if (next < 0 || length == answer.length) {
-                throw new EOFException();
-            }
-            answer[length++] = (byte) next;
-        }
-        return length;
+        gone = true;
+        introduced.countDown();
+        Keepers.holdIfProgramEnds();
+        GridThreads.untilMemory(endingClients);
     }
 
     private void heed() {
-        String[] words = new String(answer, 0, answerLength, StandardCharsets.UTF_8).split(" ", 3);
-        Integer id = Integer.valueOf(words[0]);
+        try {
+            heed(answers.message());
+        } catch (OutOfMemoryError e) {
+            throw e;
+        } catch (Throwable e) {
+            warn("has an answer that was not heeded: " + GridException.text(e));
+        }
+    }
+
+    private void heed(Message answer) {
+        if (introduction == null) {
+            introduction = answer;
+            introduced.countDown();
+        } else if (answer.is("started") || answer.is("ended")) {
+            heedOfJob(answer);
+        } else if (answer.trouble() == null && answer.is("pong")) {
+            pingUnanswered = false;
+        } else if (answer.trouble() == null && answer.is("refused")) {
+            warn("refuses a request: " + answer.text("why"));
+        } else {
+            warn("seems to say \"" + answer + "\", which is not understood");
+        }
+    }
+
+    private void heedOfJob(Message answer) {
+        long id = answer.number("job");
         Client client = clients.get(id);
         if (client == null) {
-            return;
-        }
-        if (words[1].equals("started")) {
+            warn("seems to speak of a job that nobody gave it: \"" + answer + "\"");
+        } else if (answer.is("started")) {
             client.started();
         } else {
-            client.ended(JobOutcome.parse(words[2]));
+            client.ended(JobOutcome.read(answer));
             clients.remove(id);
         }
     }
 
-    private void endClients() {
-        synchronized (this) {
-            gone = true;
+    /** Not more often than a reader can use: a job may write into the pipe. */
+    private void warn(String what) {
+        warnings++;
+        if (warnings <= MOST_WARNINGS) {
+            LOG.warning(KeeperProgram.NAME + " " + what
+                    + (warnings == MOST_WARNINGS ? "; more of that kind is not told" : ""));
         }
-        RUNNING.remove(this);
-        holdIfProgramEnds();
-        for (Map.Entry<Integer, Client> client : clients.entrySet()) {
+    }
+
+    private void endClients() {
+        for (Map.Entry<Long, Client> client : clients.entrySet()) {
             client.getValue().ended(UNKEPT);
             clients.remove(client.getKey());
-        }
-    }
-
-    /** Ends the keeper, and what jobs it may still have. */
-    public void close() {
-        try {
-            requests.close();
-            process.waitFor(patience, TimeUnit.SECONDS);
-        } catch (IOException e) {
-            return;
-        } catch (InterruptedException e) {
-            Thread.currentThread().interrupt();
-        }
-    }
-
-    private static void endAll() {
-        programEnds = true;
-        List<Keeper> keepers = new ArrayList<>(RUNNING);
-        try {
-            for (Keeper keeper : keepers) {
-                keeper.requests.close();
-            }
-            for (Keeper keeper : keepers) {
-                keeper.process.waitFor(keeper.patience, TimeUnit.SECONDS);
-            }
-        } catch (IOException | InterruptedException e) {
-            // There is nobody left to tell; the keeper sees the program's end by itself.
-            return;
-        }
-    }
-
-    /** Keeps a thread that would tell of an end from doing so while the program ends. */
-    public static void holdIfProgramEnds() {
-        while (programEnds) {
-            LockSupport.park();
         }
     }
 }

@@ -142,9 +142,9 @@ public final class ProjectJobs implements JobOwner {
     /** Lets the jobs run; a start that failed has changed nothing. */
     public synchronized void start() throws GridException, IOException {
         checkNotStarted();
-        work.open();
         boolean submitted = false;
         try {
+            work.open();
             started = true;
             startedAt = System.nanoTime();
             submit(1);
@@ -153,6 +153,7 @@ public final class ProjectJobs implements JobOwner {
             if (!submitted) {
                 started = false;
                 engine.drop(this);
+                work.close();
             }
         }
         changed();
@@ -233,7 +234,7 @@ public final class ProjectJobs implements JobOwner {
     /** Hands a line to the standard input of a job that has not ended. */
     public synchronized void send(long number, String text) throws GridException, IOException {
         Job job = jobs.get(number);
-        Arguments.required(text, "the parameter");
+        NativeText.checked(Arguments.required(text, "the parameter"));
         if (job.state.ended()) {
             throw new GridException(
                     Status.WRONG_STATE, "job " + number + " of " + project + " has ended");
@@ -241,7 +242,7 @@ public final class ProjectJobs implements JobOwner {
         if (job.run != null) {
             job.run.send(text);
         } else {
-            work.file(job.number).addInput(text);
+            job.addInput(text);
         }
     }
 
@@ -346,6 +347,7 @@ public final class ProjectJobs implements JobOwner {
     private void changed() {
         if (endedAt == 0 && isCompleted()) {
             endedAt = System.nanoTime();
+            work.close();
             listener.completed();
         }
         notifyAll();

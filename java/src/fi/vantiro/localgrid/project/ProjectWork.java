@@ -9,6 +9,7 @@ import fi.vantiro.localgrid.job.JobWork;
 import fi.vantiro.localgrid.job.LineFeed;
 import fi.vantiro.localgrid.process.JobFile;
 import fi.vantiro.localgrid.process.Keeper;
+import fi.vantiro.localgrid.process.ProjectKeeper;
 import fi.vantiro.localgrid.settings.Settings;
 import java.io.IOException;
 import java.nio.file.Path;
@@ -24,6 +25,7 @@ final class ProjectWork implements JobWork {
     private final Settings settings;
     private final JobEngine engine;
     private final IntSupplier jobs;
+    private final ProjectKeeper keeper;
     private volatile JobHooks hooks;
 
     ProjectWork(ProjectInfo info, ProjectDirectory directory, ProjectBundles bundles,
@@ -33,6 +35,7 @@ final class ProjectWork implements JobWork {
         this.bundles = bundles;
         this.settings = settings;
         this.engine = engine;
+        keeper = engine.newKeeper();
         this.hooks = hooks;
         this.jobs = jobs;
     }
@@ -43,12 +46,18 @@ final class ProjectWork implements JobWork {
 
     @Override
     public void open() throws GridException, IOException {
-        engine.start();
+        keeper.take();
+        engine.startThreads();
+    }
+
+    @Override
+    public void close() {
+        keeper.giveBack();
     }
 
     @Override
     public Keeper keeper() throws GridException, IOException {
-        return engine.keeper();
+        return keeper.get();
     }
 
     @Override
