@@ -1,12 +1,10 @@
 #include "report.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <regex>
 
 namespace doctor {
 namespace {
-
-using Json = nlohmann::ordered_json;
 
 // Control characters would act on the terminal instead of being seen.
 std::string visible(const std::string &text) {
@@ -23,94 +21,74 @@ std::string visible(const std::string &text) {
   return result;
 }
 
-void write_lines(std::ostream &out, const char *indent, const std::string &text) {
-  for (std::size_t start = 0; start < text.size();) {
-    const std::size_t end = std::min(text.find('\n', start), text.size());
-    out << indent << visible(text.substr(start, end - start)) << '\n';
-    start = end + 1;
-  }
+// The page's text without the marks of code and links.
+std::string plain(std::string_view text) {
+  static const std::regex marks("`|\\[([^\\]]*)\\]\\([^)]*\\)");
+  return std::regex_replace(std::string(text), marks, "$1");
 }
 
-void write_fact(std::ostream &out, const std::string &name, const std::string &fact) {
-  if (fact.find('\n') == fact.npos) {
-    out << "  " << name << ": " << visible(fact) << '\n';
-  } else {
-    out << "  " << name << ":\n";
-    write_lines(out, "    ", fact);
+// Of several lines each is written on one of its own.
+void write(std::ostream &out, const std::string &indent, const std::string &name,
+           const nlohmann::ordered_json &fact) {
+  out << indent << name << ':';
+  if (fact.is_object()) {
+    out << '\n';
+    for (const auto &[key, value] : fact.items()) write(out, indent + "  ", key, value);
+    return;
   }
-}
-
-void write_row(std::ostream &out, const Row &row) {
-  const char *before = "  ";
-  for (const std::string &field : row) {
-    out << before << visible(field);
-    before = ": ";
+  const std::string text = fact.get<std::string>();
+  if (text.find('\n') == text.npos) {
+    out << ' ' << visible(text) << '\n';
+    return;
   }
   out << '\n';
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    out << indent << "  " << visible(line) << '\n';
+  }
 }
 
 }  // namespace
 
-Report::Section &Report::section(const std::string &heading) {
-  const auto found = std::find_if(sections_.begin(), sections_.end(),
-                                  [&](const Section &s) { return s.heading == heading; });
-  if (found != sections_.end()) return *found;
-  sections_.push_back({heading, "", {}, {}});
-  return sections_.back();
+void Report::trouble(const Words &words, const std::string &detail) {
+  trouble(plain(words.cause) + (detail.empty() ? "" : ": " + detail), plain(words.cure));
 }
 
-void Report::add(std::vector<Finding> &list, const std::string &cause, const std::string &cure) {
-  const auto same = [&](const Finding &f) { return f.cause == cause && f.cure == cure; };
-  if (std::none_of(list.begin(), list.end(), same)) list.push_back({cause, cure});
-}
-
-void Report::succeed() {
-  succeeds_ = true;
-  for (const Finding &suspect : troubles_) note(suspect.cause, suspect.cure);
-  troubles_.clear();
+void Report::add(Json &findings, const std::string &cause, const std::string &cure) {
+  const Json finding = {{"cause", cause}, {"cure", cure}};
+  if (std::find(findings.begin(), findings.end(), finding) == findings.end()) {
+    findings.push_back(finding);
+  }
 }
 
 void Report::write_json(std::ostream &out) const {
-  Json json = {{"succeeds", succeeds_}};
-  for (const Section &section : sections_) {
-    if (!section.rows.empty()) {
-      json[section.heading] = section.rows;
-    } else if (section.facts.empty()) {
-      json[section.heading] = section.fact;
-    }
-    for (const auto &[name, fact] : section.facts) json[section.heading][name] = fact;
-  }
-  const auto add_findings = [&](const char *name, const std::vector<Finding> &findings) {
-    json[name] = Json::array();
-    for (const Finding &finding : findings) {
-      json[name].push_back({{"cause", finding.cause}, {"cure", finding.cure}});
-    }
-  };
-  add_findings("notes", notes_);
-  add_findings("troubles", troubles_);
+  Json json = {{"succeeds", succeeds_}, {"verdict", verdict_}};
+  json.update(facts_);
+  json["notes"] = notes_;
+  json["troubles"] = troubles_;
   // Names of files need not be UTF-8.
   out << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
-void Report::write_text(std::ostream &out) const {
-  for (const Section &section : sections_) {
-    if (section.facts.empty() && section.rows.empty()) {
-      out << section.heading << ": " << visible(section.fact) << '\n';
-      continue;
-    }
-    out << section.heading << '\n';
-    for (const auto &[name, fact] : section.facts) write_fact(out, name, fact);
-    for (const Row &row : section.rows) write_row(out, row);
+void Report::write_text(std::ostream &out, bool verbose) const {
+  out << "An initialiser would " << (succeeds_ ? "succeed" : "fail")
+      << (succeeds_ || verdict_.empty() ? "" : ": " + visible(verdict_)) << ".\n";
+  for (const char *const name : {"library", "runtime"}) {
+    if (facts_.contains(name)) write(out, "  ", name, facts_[name]);
   }
-  out << '\n';
-  const auto write_findings = [&](const char *kind, const std::vector<Finding> &findings) {
-    for (const auto &[cause, cure] : findings) {
-      out << kind << ": " << visible(cause) << "; " << visible(cure) << ".\n";
+  for (const auto &[kind, findings] :
+       {std::pair("Trouble", troubles_), std::pair("Note", notes_)}) {
+    for (const Json &finding : findings) {
+      out << '\n' << kind << ": " << visible(finding["cause"]) << ".\n";
+      out << "  To do: " << visible(finding["cure"]) << ".\n";
     }
-  };
-  write_findings("note", notes_);
-  write_findings("trouble", troubles_);
-  if (succeeds_) out << "An initialiser would succeed.\n";
+  }
+  if (verbose) {
+    out << '\n';
+    for (const auto &[name, fact] : facts_.items()) write(out, "", name, fact);
+  } else if (!succeeds_) {
+    out << "\nvantiro-doctor --verbose tells all that was found.\n";
+  }
 }
 
 }  // namespace doctor

@@ -1,60 +1,52 @@
 // What was found out, told once and written in two ways: as text for a person and as JSON.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
-#include <utility>
-#include <vector>
+
+#include "words.h"
 
 namespace doctor {
 
-using Row = std::vector<std::string>;
-using Facts = std::vector<std::pair<std::string, std::string>>;
-
 class Report {
  public:
-  // Facts stand in the order in which they were first told, under the names that the text uses as
-  // headings: one fact, one of several under a heading, or a row of a list.
-  void tell(const std::string &heading, const std::string &fact) { section(heading).fact = fact; }
+  // One fact, one of several under a heading, or one of a list. They stand in the order in which
+  // they were first told.
+  void tell(const std::string &heading, const std::string &fact) { facts_[heading] = fact; }
   void tell(const std::string &heading, const std::string &name, const std::string &fact) {
-    section(heading).facts.emplace_back(name, fact);
+    facts_[heading][name] = fact;
   }
-  void add_row(const std::string &heading, const Row &row) { section(heading).rows.push_back(row); }
 
-  // What keeps an initialiser from succeeding, or is suspected to. Said once, however many checks
-  // come upon it.
+  // What keeps an initialiser from succeeding. Said once, however many checks come upon it.
   void trouble(const std::string &cause, const std::string &cure) { add(troubles_, cause, cure); }
-
+  // In the words of docs/hosting.md, with what was seen here.
+  void trouble(const Words &words, const std::string &detail);
   // What does no harm now and may do so later.
   void note(const std::string &cause, const std::string &cure) { add(notes_, cause, cure); }
 
   bool has_trouble() const { return !troubles_.empty(); }
 
-  // An initialiser would succeed: what was suspected does no harm now.
-  void succeed();
+  // Whether an initialiser would succeed, and what it gave.
+  void conclude(bool succeeds, const std::string &verdict) {
+    succeeds_ = succeeds;
+    verdict_ = verdict;
+  }
 
   void write_json(std::ostream &out) const;
-  void write_text(std::ostream &out) const;
+  // The verdict and what is to be done; with all facts only when they are asked for.
+  void write_text(std::ostream &out, bool verbose) const;
 
  private:
-  struct Section {
-    std::string heading;
-    std::string fact;
-    Facts facts;
-    std::vector<Row> rows;
-  };
-  struct Finding {
-    std::string cause;
-    std::string cure;
-  };
+  using Json = nlohmann::ordered_json;
 
-  Section &section(const std::string &heading);
-  static void add(std::vector<Finding> &list, const std::string &cause, const std::string &cure);
+  static void add(Json &findings, const std::string &cause, const std::string &cure);
 
-  std::vector<Section> sections_;
-  std::vector<Finding> notes_;
-  std::vector<Finding> troubles_;
+  Json facts_ = Json::object();
+  Json notes_ = Json::array();
+  Json troubles_ = Json::array();
   bool succeeds_ = false;
+  std::string verdict_;
 };
 
 }  // namespace doctor

@@ -4,27 +4,27 @@
 #include <string>
 #include <vector>
 
-#include "elf_file.h"
 #include "report.h"
 
 namespace doctor {
 
-// Why `path` cannot be the runtime library of a program of the kind of `library`, to be put behind
-// its name. Empty when it can.
-std::string why_no_runtime(const std::string &path, const ElfFile &library);
+// The word size of this program and of the libraries that it can load.
+inline constexpr int bits_here = 8 * sizeof(void *);
 
-// What the runtime has of what it needs to start.
-Facts needs_of_runtime(const std::string &path);
+// Why `path` cannot be loaded as a runtime library, to be put behind its name. Empty when it can.
+std::string why_no_runtime(const std::string &path);
+
+// What the runtime of that libjvm.so lacks of what Java needs to start.
+void explain_runtime(const std::string &runtime, Report &report);
 
 // The libjvm.so files of a Java installation of any age and word size, or of one that `path` lies
 // in.
 std::vector<std::string> runtimes_at(const std::string &path);
 
-// The first that such a program can load; empty when there is none.
-std::string first_usable(const std::vector<std::string> &found, const ElfFile &library);
+// The first that can be loaded; empty when there is none.
+std::string first_usable(const std::vector<std::string> &found);
 
 // What to do for want of a runtime: to name the usable one of `found`, or else to install one.
-std::string cure_by(const std::vector<std::string> &found, const ElfFile &library,
-                    const std::string &conf);
+std::string cure_by(const std::vector<std::string> &found, const std::string &conf);
 
 }  // namespace doctor

@@ -1,6 +1,7 @@
-// A start of the Java runtime as an initialiser makes it.
+// The library's own initialiser, called in a child and watched.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -8,25 +9,31 @@
 
 namespace doctor {
 
-struct Attempt {
-  std::string library;
-  std::string directory;
+struct Start : Outcome {
+  // What the initialiser returned, unless the process ended before.
+  std::optional<int> status;
+  // During which step it ended.
+  std::string step;
+  // What the library handed to the loader.
   std::string runtime;
-  // What the machine is given beyond the library's own options.
-  std::vector<std::string> further_options;
+
+  // Which of the library's sources gave that.
+  std::string source() const { return fact("source"); }
+  bool succeeds() const { return status.value_or(-1) >= 0; }
 };
 
-// The step in which Java may end the process.
+// The steps that end for want of something beside Java.
+inline constexpr char loading_library[] = "loading the library";
+inline constexpr char loading_runtime[] = "loading the runtime";
 inline constexpr char creating_machine[] = "creating the machine";
 
-// For a child. Of the facts, "step" is what it is about to do, "status" what an initialiser
-// returns, and "loader", "exception" or "message" why.
-void start(const Attempt &attempt, Tell tell);
+using Environment = std::vector<std::pair<const char *, std::optional<std::string>>>;
 
-// The option by which the library gives its machine the archives.
-std::string class_path_option(const std::string &directory);
+// `changes` are made to the environment before; a variable without a value is unset.
+Start start(const std::string &library, const Environment &changes = {});
 
-// The file that the loader takes for that name; empty when it finds none.
-std::string locate(const std::string &name);
+// Loads the libraries one after the other. Of the facts, "error" is what the loader says of the
+// first that does not load, and "no function" that the first of them has no such function.
+Outcome load(const std::vector<std::string> &libraries, const char *function);
 
 }  // namespace doctor
