@@ -94,10 +94,11 @@ VANTIRO_API int vantiro_peach_handle(void);
  * @param run  the run's handle
  * @return 0; -5 when at least one job failed; -9 when vantiro_stopProject() or another thread's
  *         vantiro_peach_done() stopped it; -4 without an executable, when it was executed before,
- *         when another run works in its state directory, when there are files for more jobs than
- *         vantiro_peach_setJobs() says, or when two inputs of a job have one name; -6 without the
- *         bundle; -8 without an input; -1 when files cannot be written; or one of the
- *         @ref peach_statuses
+ *         when another run works in its state directory, or when there are files for more jobs than
+ *         vantiro_peach_setJobs() says; -6 without the bundle; -8 without an input; -1 when files
+ *         cannot be written; or one of the @ref peach_statuses,
+ *         #VANTIRO_ERROR_UNCAUGHT_EXCEPTION also for two files that one job would find under one
+ *         name
  */
 VANTIRO_API int vantiro_peach_execute(int run);
 
