@@ -102,10 +102,16 @@ static void make_scratch(void) {
   atexit(remove_scratch);
 }
 
-/* A line of a job's standard output, "JOB:LINE", becomes a line of this program's. */
+/* A line of a job's standard output, "JOB:LINE", becomes a line of this program's. A very long one
+ * comes in pieces, "JOB+PIECE", and is broken when another job writes in between. */
 static void print_line(const char *result) {
-  const char *line = strchr(result, ':');
-  if (line) puts(line + 1);
+  static long unfinished;
+  char *text;
+  const long job = strtol(result, &text, 10);
+  if (unfinished && unfinished != job) putchar('\n');
+  unfinished = *text == '+' ? job : 0;
+  fputs(text + 1, stdout);
+  if (!unfinished) putchar('\n');
 }
 
 static void add_inputs(int run, const struct options *options) {

@@ -3,13 +3,11 @@
 #include "pi_progress.h"
 
 #include <math.h>
-#include <pthread.h>
 #include <stdio.h>
 #include <unistd.h>
 
 enum { BAR = 32 };
 
-static pthread_mutex_t lock = PTHREAD_MUTEX_INITIALIZER;
 static struct counts jobs[JOBS];
 static long long samples_of_a_job;
 static int jobs_done;
@@ -49,7 +47,6 @@ void progress_take(const char *result) {
   if (sscanf(result, "%d:%lld %lld", &job, &counts.inside, &counts.samples) != 3) return;
   if (job < 1 || job > JOBS || counts.samples < 1) return;
 
-  pthread_mutex_lock(&lock);
   jobs[job - 1] = counts;
   if (counts.samples == samples_of_a_job) ++jobs_done;
   if (on_terminal) {
@@ -59,7 +56,6 @@ void progress_take(const char *result) {
            pi_of(sum_of_jobs()));
     fflush(stdout);
   }
-  pthread_mutex_unlock(&lock);
 }
 
 void progress_end(void) {

@@ -18,8 +18,8 @@ double standard_error_of(struct counts counts);
 void progress_start(long long samples);
 
 /*
- * Takes one intermediate result, "JOB:INSIDE SAMPLES". The library calls it on threads of the Java
- * machine, perhaps several at once.
+ * Takes one intermediate result, "JOB:INSIDE SAMPLES". The thread that executes the run calls it,
+ * one call at a time.
  */
 void progress_take(const char *result);
 

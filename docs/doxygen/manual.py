@@ -114,12 +114,13 @@ def write(group, function, names):
 
 
 TARGET.mkdir(parents=True)
-every = []
+every, shared = [], []
 for path in sorted(SOURCE.glob("group__*.xml")):
     group = xml.parse(path).find("compounddef")
     functions = group.findall("sectiondef/memberdef[@kind='function']")
     names = [function.findtext("name") for function in functions]
     every.append((group.findtext("title"), names))
+    shared.extend(group.find("detaileddescription").iter("sect1"))
     for function in functions:
         write(group, function, names)
 
@@ -127,7 +128,8 @@ rules = xml.parse(SOURCE / "vantiro_8h.xml").find("compounddef")
 details = rules.find("detaileddescription")
 page("vantiro", "grid computing from any program that can call plain functions", [
     ("DESCRIPTION", blocks(details)),
-    *((inline(part.find("title")).upper(), blocks(part)) for part in details.iter("sect1")),
+    *((inline(part.find("title")).upper(), blocks(part))
+      for part in [*details.iter("sect1"), *shared]),
     ("FUNCTIONS BY TASK", (line for title, names in every for line in (
         ".TP", escaped(title), ", ".join(rf"\fB{name}\fP(3)" for name in names)))),
 ])

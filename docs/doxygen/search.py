@@ -7,7 +7,6 @@ import sys
 
 SEARCH = pathlib.Path(sys.argv[1]) / "search"
 
-
 text = (SEARCH / "searchdata.js").read_text()
 letters = re.search(r'0: "([^"]*)"', text)[1]
 entries = []

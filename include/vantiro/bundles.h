@@ -219,8 +219,9 @@ VANTIRO_API int vantiro_uploadBundleWithName(int project, const char *archive);
  * prefix, name, version and platform is replaced.
  *
  * @param project  the handle of any project
- * @return how many there were; -7 when one is damaged or altered, and none is approved; or one of
- *         the @ref call_statuses
+ * @return how many were approved; -7 when there were damaged or altered ones alone. These are moved
+ *         to `bundles/damaged/` in the grid's home, and the log tells of them; or one of the
+ *         @ref call_statuses
  */
 VANTIRO_API int vantiro_approveUploadedBundles(int project);
 

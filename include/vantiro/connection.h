@@ -66,8 +66,9 @@ VANTIRO_API int vantiro_ready(int session);
  * @param session  the handle of a session that is open
  * @param results  0 removes working directories; any other value the results, too, which then
  *                 cannot be downloaded any more
- * @return the number of directories that were removed; -4 when the session is closed; -1 when one
- *         cannot be removed; or one of the @ref call_statuses
+ * @return the number of directories that were removed; what cannot be removed is told in the log;
+ * -4 when the session is closed; -1 when the home cannot be locked; or one of the
+ *         @ref call_statuses
  */
 VANTIRO_API int vantiro_cleanup(int session, int results);
 

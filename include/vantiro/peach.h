@@ -94,10 +94,11 @@ VANTIRO_API int vantiro_peach_handle(void);
  * @param run  the run's handle
  * @return 0; -5 when at least one job failed; -9 when vantiro_stopProject() or another thread's
  *         vantiro_peach_done() stopped it; -4 without an executable, when it was executed before,
- *         when another run works in its state directory, when there are files for more jobs than
- *         vantiro_peach_setJobs() says, or when two inputs of a job have one name; -6 without the
- *         bundle; -8 without an input; -1 when files cannot be written; or one of the
- *         @ref peach_statuses
+ *         when another run works in its state directory, or when there are files for more jobs than
+ *         vantiro_peach_setJobs() says; -6 without the bundle; -8 without an input; -1 when files
+ *         cannot be written; or one of the @ref peach_statuses,
+ *         #VANTIRO_ERROR_UNCAUGHT_EXCEPTION also for two files that one job would find under one
+ *         name
  */
 VANTIRO_API int vantiro_peach_execute(int run);
 
@@ -220,11 +221,15 @@ VANTIRO_API int vantiro_peach_getLastErrorMessage(int run, char *buffer, unsigne
  * @brief Has the lines that the jobs write to their standard output handed to a function: the Java
  *        method `setIntermediateResultHandler(int, IntermediateResultHandler)`.
  *
- * Each line comes as `<job>:<line>`, jobs being numbered from 1: in order for each job, a last line
- * without its end too, and a line of more than 64 KiB in pieces. The callback is called by the
- * thread that executes the run, one call at a time, and all calls are over when
- * vantiro_peach_execute() returns; it may start other runs and wait for them. It must not let a C++
- * exception out. `text` is valid only during the call: a callback that keeps it copies it.
+ * Each line comes as `<job>:<line>`, jobs being numbered from 1: in order for each job, and a last
+ * line without its end too. A line of more than 64 KiB comes in pieces, of which all but the last
+ * are `<job>+<piece>`; lines of other jobs may come between them.
+ *
+ * The callback is called by the thread that executes the run, one call at a time, and all calls are
+ * over when vantiro_peach_execute() returns. It may call what it likes: start other runs and wait
+ * for them, stop this one by vantiro_stopProject(); but vantiro_peach_done() of the run itself is
+ * refused. It must not let a C++ exception out. `text` is valid only during the call: a callback
+ * that keeps it copies it.
  *
  * Each run needs a registration of its own, but there is one callback for the process: all runs
  * deliver to that of the latest call that succeeded. A call that fails leaves the callback as it

@@ -19,8 +19,10 @@ extern "C" {
  *
  * All are called between vantiro_peach_handle() and vantiro_peach_execute(), which looks for the
  * files and gives -8 when one cannot be read. Jobs get copies of their own, with the permissions of
- * the files, or links (vantiro_peach_setParamCopy(), vantiro_peach_setDataCopy()). Two inputs that
- * a job would find under one name are refused.
+ * the files, or links (vantiro_peach_setParamCopy(), vantiro_peach_setDataCopy()). Two files that a
+ * job would find under one name are refused with #VANTIRO_ERROR_UNCAUGHT_EXCEPTION, and both paths
+ * in the text: by the call that adds the second, for files of one job by vantiro_peach_execute().
+ * No input may be called `stdout` or `stderr`, which a job writes itself.
  *
  * @code
  * vantiro_peach_setJobFileNames(run, 2, "mesh", "load");        // as each job calls its files

@@ -253,7 +253,8 @@ VANTIRO_API int vantiro_peach_setExecutable(int run, const char *line);
  * @param file      the file on this machine; vantiro_peach_execute() gives -8 when it is missing
  * @param name      its name for the jobs, which may lead through directories; empty: the file's own
  * @param platform  what it is for: `linux`, `linux-i386`, `linux-amd64`, ...; a file for another
- *                  platform than this machine's Java is left out. Empty or `any`: for all
+ *                  platform than this machine's Java is left out, and of several under one name the
+ * most special one is taken. Empty or `any`: for all
  * @param mode      its permissions in octal, such as `755`; empty: those of the file
  * @return #VANTIRO_OK; or one of the @ref peach_statuses. #VANTIRO_ERROR_UNCAUGHT_EXCEPTION also
  *         for a platform that does not exist, whose message lists those that do.

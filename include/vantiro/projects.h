@@ -93,7 +93,8 @@ VANTIRO_API int vantiro_createEmptyProject(int session, int priority, const char
 /**
  * @brief Sets parameters of a project: the Java method `setProjectParams(int, String[])`.
  *
- * Those with other names stay as they are. Jobs that have begun do not see the change.
+ * Those with other names stay as they are. Jobs that have begun do not see the change. Two keys
+ * that would be one variable, such as `a-b` and `a_b`, are refused.
  *
  * @param project  the project's handle
  * @param count    the number of strings

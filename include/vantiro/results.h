@@ -183,13 +183,13 @@ VANTIRO_API int vantiro_getProjectStatistic(int project, const char *name, char 
  * @brief Sets the directory that archives are downloaded to: the Java method
  *        `setDownloadDir(int, String)`.
  *
- * Projects name their archives alike, so each needs a directory of its own: one that another
- * project of the program downloads to is refused, by this function or by the download. Without it
+ * Projects name their archives alike, so each needs a directory of its own: a download to that of
+ * another project is refused, as long as that project and its program are there. Without it
  * archives go to `project-<number>/` below the setting `download.dir`.
  *
  * @param project    the project's handle
  * @param directory  the directory, made when it is missing; not null
- * @return 0; -4 when another project has it; or one of the @ref call_statuses
+ * @return 0; or one of the @ref call_statuses
  */
 VANTIRO_API int vantiro_setDownloadDir(int project, const char *directory);
 
@@ -198,7 +198,8 @@ VANTIRO_API int vantiro_setDownloadDir(int project, const char *directory);
  *        `setUnzipDir(int, String)`.
  *
  * Without it they are unpacked to `project-<number>/` below the setting `unzip.dir`, or else to the
- * download directory.
+ * download directory. One that has the results of another project is refused, as in
+ * vantiro_setDownloadDir().
  *
  * @param project    the project's handle
  * @param directory  the directory, made when it is missing; not null
@@ -214,8 +215,9 @@ VANTIRO_API int vantiro_setUnzipDir(int project, const char *directory);
  * be downloaded, too.
  *
  * @param project  the project's handle
- * @return the number of archives; -4 when the project has not completed, or no directory is set; -8
- *         when a cleanup removed the results; -1 when they cannot be written; or one of the
+ * @return the number of archives; -4 when the project has not completed, when no directory is set,
+ *         or when it has the results of another project; -8 when a cleanup removed the results; -1
+ * when they cannot be written; or one of the
  *         @ref call_statuses
  */
 VANTIRO_API int vantiro_downloadResult(int project);
@@ -237,7 +239,8 @@ VANTIRO_API int vantiro_downloadPartialResult(int project);
  * names there are replaced.
  *
  * @param project  the project's handle
- * @return the number of files; -4 when nothing was downloaded yet; -7 for a damaged archive; -1
+ * @return the number of files; -4 when nothing was downloaded yet, or when the directory has the
+ *         results of another project; -7 for a damaged archive; -1
  *         when files cannot be written; or one of the @ref call_statuses
  */
 VANTIRO_API int vantiro_unzip(int project);
