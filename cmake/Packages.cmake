@@ -44,6 +44,15 @@ macro(package component name section summary text)
   configure_file(${from}/copyright ${documents}/copyright COPYONLY)
   install(DIRECTORY ${documents}/ DESTINATION /usr/share/doc/${name}
     COMPONENT package_${component} EXCLUDE_FROM_ALL)
+  set(overrides "# No bug of Debian's asks for a package that is not made for its archive.
+${name}: initial-upload-closes-no-bugs\n")
+  if(EXISTS ${from}/${name}.overrides)
+    file(READ ${from}/${name}.overrides own)
+    string(APPEND overrides "${own}")
+  endif()
+  file(WRITE ${made}/${name}/overrides "${overrides}")
+  install(FILES ${made}/${name}/overrides RENAME ${name} DESTINATION /usr/share/lintian/overrides
+    COMPONENT package_${component} EXCLUDE_FROM_ALL)
 endmacro()
 
 package(library libvantiro1 libs${together}
@@ -116,10 +125,6 @@ set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_CONTROL_EXTRA
 set(options COMPONENT package_library EXCLUDE_FROM_ALL)
 install(DIRECTORY ${made}/etc/ DESTINATION /etc ${options})
 install(FILES ${made}/VantiroDLL.conf DESTINATION ${lib}/vantiro ${options})
-install(FILES ${from}/libvantiro1.overrides RENAME libvantiro1
-  DESTINATION /usr/share/lintian/overrides ${options})
-install(FILES ${from}/vantiro-local-grid.overrides RENAME vantiro-local-grid
-  DESTINATION /usr/share/lintian/overrides COMPONENT package_local-grid EXCLUDE_FROM_ALL)
 
 # So that `-lvantiro` suffices. No link: through one the library would look for its configuration in
 # the link's directory.

@@ -34,7 +34,7 @@ build_with_cmake() {
     >CMakeLists.txt
   shift
   quietly cmake -S . -B b "-DCMAKE_C_FLAGS=$flags" "-DCMAKE_CXX_FLAGS=$flags" "$@"
-  quietly cmake --build b --parallel 2
+  quietly cmake --build b --parallel 2 ${target:+--target "$target"}
 }
 
 case $way in
@@ -65,17 +65,54 @@ case $way in
     prints_login b/first
     ;;
   subdirectory)
-    build_with_cmake "add_subdirectory(\"$source\" v)"
-    [ ! -e b/v/vantiro.jar ] || fail "more than the library was built"
-    # A runtime is named only when it has the program's own word size.
-    grep -qs / b/v/VantiroDLL.conf || cp "$build/VantiroDLL.conf" b/v/
-    cp "$build/vantiro.jar" b/v/
+    jvm=$(sed -n 's/^JVMPATH=//p' "$build/VantiroDLL.conf")
+    build_with_cmake "add_subdirectory(\"$source\" v)" "-DVANTIRO_JVM=$jvm"
     prints_login b/first
+    [ ! -e b/v/examples ] || fail "more than the library and its grid was built"
+    quietly cmake -B b -DVANTIRO_LOCAL_GRID=OFF
+    rm b/v/vantiro.jar
+    quietly cmake --build b --parallel 2
+    [ ! -e b/v/vantiro.jar ] || fail "the local grid was built although it is not wanted"
+    ;;
+  fetch_content)
+    jvm=$(sed -n 's/^JVMPATH=//p' "$build/VantiroDLL.conf")
+    # One program alone is built, as a development environment does.
+    target=first
+    build_with_cmake "include(FetchContent)
+      FetchContent_Declare(vantiro SOURCE_DIR \"$source\" EXCLUDE_FROM_ALL)
+      FetchContent_MakeAvailable(vantiro)" "-DVANTIRO_JVM=$jvm"
+    prints_login b/first
+    ;;
+  libdir)
+    # As distributions call cmake.
+    for libdir in lib64 lib/some-linux-gnu "$here/opt/lib"; do
+      quietly cmake -S "$source" -B c "-DCMAKE_C_FLAGS=$flags" "-DCMAKE_CXX_FLAGS=$flags" \
+        "-DCMAKE_INSTALL_LIBDIR=$libdir" -DCMAKE_INSTALL_PREFIX="$here/p"
+      quietly cmake --build c --parallel 2 --target vantiro
+      for component in library development local-grid; do
+        quietly cmake --install c --component $component
+      done
+      [ "${libdir#/}" != "$libdir" ] || libdir=$here/p/$libdir
+      [ -f "$libdir/pkgconfig/vantiro.pc" ] || fail "no $libdir/pkgconfig/vantiro.pc"
+      eval "compile $(PKG_CONFIG_PATH=$libdir/pkgconfig pkg-config --cflags --libs vantiro)"
+      readelf --dynamic first | grep -qF "[$libdir/vantiro]" || fail "pkg-config names another place"
+      rm first
+      build_with_cmake 'find_package(vantiro REQUIRED)' "-Dvantiro_DIR=$libdir/cmake/vantiro"
+      b/first >/dev/null || fail "the program of find_package does not start from $libdir"
+      rm -r p/include b
+    done
     ;;
   packages)
     # With this generator cpack does not look whether everything is built, beside the other tests.
     quietly cpack --config "$build/CPackConfig.cmake" -B packages -D CPACK_CMAKE_GENERATOR=Ninja
     for package in packages/*.deb; do dpkg-deb --extract "$package" root; done
+    # Without help2man the programs have no pages.
+    if type help2man >/dev/null 2>&1; then
+      for program in root/usr/bin/*; do
+        [ -f "root/usr/share/man/man1/${program##*/}.1.gz" ] || fail "no page for $program"
+      done
+      ! type lintian >/dev/null 2>&1 || quietly lintian --fail-on warning packages/*.deb
+    fi
     place=$(cat root/etc/ld.so.conf.d/vantiro-*.conf)
     lib=${place%/*}
     conf=$(readlink "root$place/VantiroDLL.conf")
