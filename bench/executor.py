@@ -17,6 +17,7 @@ import time
 import vantiro
 
 CALLS = 1000
+ROWS = (0, 1), (0, 100), (200000, 1), (200000, 20)  # squares, chunksize
 
 
 def work(squares):
@@ -46,7 +47,7 @@ def main():
     pairs = int(sys.argv[1]) if len(sys.argv) > 1 else 3
     vantiro.start()
     print("squares chunk   pool s vantiro s  ratio   pool ms vantiro ms of processor time a call")
-    for squares, chunksize in ((0, 1), (0, 100), (200000, 1), (200000, 20)):
+    for squares, chunksize in ROWS:
         runs = [(measure(lambda: concurrent.futures.ProcessPoolExecutor(os.cpu_count()), squares,
                          chunksize), measure(vantiro.Executor, squares, chunksize))
                 for _ in range(pairs)]
