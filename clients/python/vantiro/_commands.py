@@ -6,12 +6,13 @@ from typing import Any, Dict, List, Mapping, Optional, Sequence, Union
 
 Arguments = Union[str, bytes, "os.PathLike[str]", Sequence[Union[str, bytes, "os.PathLike[str]"]]]
 
-# Takes a call, so that it is not cancelled any more, and makes it. The status of a program that a
+# Takes a call, so that it is not cancelled any more, and makes it; again, if the grid gives a job that
+# it lost to another machine. The status of a program that a
 # signal ended is 128 and the signal, as shells have it; what this shell says of that goes elsewhere.
 SCRIPT = """\
 call=$1 directory=$2
 shift 2
-mv "$call/call" "$call/taken" 2>/dev/null || exit 0
+mv "$call/call" "$call/taken" 2>/dev/null || [ -e "$call/taken" ] || exit 0
 cd "$directory" || exit
 if [ -e "$call/both" ]
 then (exec "$@") <"$call/in" >"$call/out" 2>&1

@@ -252,7 +252,8 @@ class Executor(concurrent.futures.Executor):
         message = grid.text(grid.getLastErrorMessage)
         if f"job {number} of " in message:
             return message
-        return f"job {number} ended before it had an answer"
+        # Only the last failure is known.
+        return f"job {number} ended without an answer; the last failure of the grid: {message}"
 
 
 def _remove(grid: Library, project: int, directory: pathlib.Path) -> None:

@@ -78,9 +78,11 @@ def main() -> None:
     try:
         os.rename(call + "/call", call + "/taken")
     except FileNotFoundError:
-        return  # cancelled
+        # The grid may have lost a job that had taken it, and run it again.
+        if not os.path.exists(call + "/taken"):
+            return  # cancelled
     for descriptor, name in ((1, "/out"), (2, "/err")):
-        output = os.open(call + name, os.O_WRONLY | os.O_CREAT, 0o600)
+        output = os.open(call + name, os.O_WRONLY | os.O_CREAT | os.O_TRUNC, 0o600)
         os.dup2(output, descriptor)
         os.close(output)
     with open(call + "/taken", "rb") as file:
