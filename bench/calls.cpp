@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <string>
 #include <thread>
+#include <vantiro.hpp>
 
 #include "by_hand.h"
 #include "pairs.h"
@@ -104,6 +105,28 @@ auto fetch_indexed(auto function) {
 
 void ignore(const char *) {}
 
+// The types of the C++ client beside the plain call; for a string, both in a frame of its own.
+void compare_types() {
+  const vantiro::library grid;
+  const vantiro::project project(grid, "bench");
+  compare(
+      "C++ types, numbers", [&] { return int{project.failed()}; },
+      [&] { return vantiro_isFailed(project.handle()); });
+  const auto framed = [](auto function, auto... arguments) {
+    JNIEnv *jni = nullptr;
+    vantiro_getJavaVM()->AttachCurrentThread(reinterpret_cast<void **>(&jni), nullptr);
+    if (jni->PushLocalFrame(256) != 0) return -1;
+    const int status = function(arguments...);
+    jni->PopLocalFrame(nullptr);
+    return status;
+  };
+  vantiro::run run(grid);
+  const std::string name = "bench";
+  compare(
+      "C++ types, a string, framed", [&] { return run.name(name).handle(); },
+      [&] { return framed(vantiro_peach_setName, run.handle(), name.c_str()); });
+}
+
 }  // namespace
 
 // calls SET SECONDS [PART-OF-A-NAME]
@@ -172,6 +195,7 @@ int main(int argc, char **argv) {
       return 0;
     };
   };
+  compare_types();
   compare("callback", deliver(vantiro_peach_intermediate_callback), deliver(by_hand_callback));
 
   if (std::string(set) == "real" && wanted.empty()) {

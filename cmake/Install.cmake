@@ -18,7 +18,7 @@ function(install_into bin include lib man link_options prefix)
   install(TARGETS vantiro LIBRARY NAMELINK_ONLY DESTINATION ${lib}/vantiro ${development})
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${include} ${development})
   install(FILES ${PROJECT_SOURCE_DIR}/clients/cpp/vantiro.hpp DESTINATION ${include} ${development})
-  install(FILES ${PROJECT_SOURCE_DIR}/clients/cpp/vantiro.hpp DESTINATION ${include} ${development})
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/clients/cpp/vantiro DESTINATION ${include} ${development})
   get_target_property(archive vantiro_java JAR_FILE)
   install(FILES ${archive} ${PROJECT_SOURCE_DIR}/java/slurm.properties
     DESTINATION ${lib}/vantiro ${local_grid})

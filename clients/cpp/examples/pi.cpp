@@ -3,129 +3,71 @@
 //   pi_cpp [SAMPLES]    SAMPLES is the number of random points that each of the 16 jobs draws
 #include <unistd.h>
 
-#include <cstdio>
-#include <exception>
-#include <filesystem>
+#include <charconv>
 #include <fstream>
 #include <iostream>
-#include <mutex>
-#include <stdexcept>
-#include <string>
 #include <vantiro.hpp>
+
+namespace fs = std::filesystem;
 
 namespace {
 
 constexpr int jobs = 16;
 
-// The programs of the examples, the worker among them.
-const std::filesystem::path here = std::filesystem::read_symlink("/proc/self/exe").parent_path();
+void estimate(const fs::path &directory, const std::string &samples) {
+  vantiro::settings settings;
+  settings.home = directory / "grid";
+  const vantiro::library grid(settings);
 
-struct Counts {
-  long long inside = 0;
-  long long samples = 0;
-};
+  // The worker lies beside this program.
+  vantiro::run run(grid);
+  run.name("pi").jobs(jobs).state_directory(directory / "state");
+  run.program(fs::read_symlink("/proc/self/exe").parent_path() / "pi_worker", "pi_worker");
+  run.executable("./pi_worker").parameter("samples", samples).output("pi.txt");
+  run.receive([&, done = 0](std::string_view line) mutable {
+    if (line.substr(line.rfind(' ') + 1) != samples) return;  // not the last line of the job
+    std::cout << "job " << line.substr(0, line.find(':')) << " done, " << ++done << " of " << jobs
+              << std::endl;
+  });
+  run.execute();
 
-Counts read_counts(const std::string &path) {
-  Counts counts;
-  std::ifstream file(path);
-  if (!(file >> counts.inside >> counts.samples)) {
-    throw std::runtime_error(path + " is not a result of a job");
-  }
-  return counts;
-}
-
-// Several jobs report at the same time.
-class Progress {
- public:
-  explicit Progress(long long samples) : samples_of_a_job_(samples) {}
-
-  void take(const std::string &result) {
-    int job = 0;
-    Counts counts;
-    if (std::sscanf(result.c_str(), "%d:%lld %lld", &job, &counts.inside, &counts.samples) != 3 ||
-        counts.samples != samples_of_a_job_) {
-      return;
+  double inside = 0, drawn = 0;
+  for (const fs::path &path : run.files()) {
+    double job_inside = 0, job_drawn = 0;
+    if (!(std::ifstream(path) >> job_inside >> job_drawn)) {
+      throw std::runtime_error(path.string() + " is not a result of a job");
     }
-    const std::lock_guard lock(mutex_);
-    std::cout << "job " << job << " done, " << ++done_ << " of " << jobs << std::endl;
+    inside += job_inside;
+    drawn += job_drawn;
   }
-
- private:
-  const long long samples_of_a_job_;
-  std::mutex mutex_;
-  int done_ = 0;
-};
-
-int describe_run(const std::filesystem::path &directory, const std::string &samples) {
-  using vantiro::call;
-  const int run = call(vantiro_peach_handle);
-  call(vantiro_peach_setName, run, "pi");
-  call(vantiro_peach_setStateDir, run, (directory / "state").c_str());
-  call(vantiro_peach_setJobs, run, jobs);
-  call(vantiro_peach_addExeFile, run, (here / "pi_worker").c_str(), "pi_worker", "", "");
-  call(vantiro_peach_setExecutable, run, "./pi_worker");
-  call(vantiro_peach_putProjectParam, run, "samples", samples.c_str());
-  call(vantiro_peach_addOutputFile, run, "pi.txt");
-  call(vantiro_peach_setRemove, run, static_cast<unsigned char>(1));
-  return run;
+  std::cout << "pi is about " << 4 * inside / drawn << ", on "
+            << grid.java_property("sun.arch.data.model") << "-bit Java "
+            << grid.java_property("java.version") << std::endl;
 }
-
-void estimate(const std::filesystem::path &directory, long long samples) {
-  vantiro::call(vantiro_initWithoutFile, (directory / "grid").c_str(), nullptr, nullptr, nullptr, 0,
-                nullptr, nullptr, 0, 0, nullptr, nullptr);
-  const int run = describe_run(directory, std::to_string(samples));
-  Progress progress(samples);
-  vantiro::set_receiver(run, [&](const std::string &result) { progress.take(result); });
-  vantiro::call(vantiro_peach_execute, run);
-  vantiro::set_receiver(run, nullptr);
-
-  Counts sum;
-  for (std::string path; !(path = vantiro::text(vantiro_peach_nextFile, run)).empty();) {
-    const Counts counts = read_counts(path);
-    sum.inside += counts.inside;
-    sum.samples += counts.samples;
-  }
-  vantiro::call(vantiro_peach_done, run);
-  std::cout << "pi is about "
-            << 4.0 * static_cast<double>(sum.inside) / static_cast<double>(sum.samples) << ", from "
-            << sum.samples << " samples, on "
-            << vantiro::text(vantiro_getJavaSystemProperty, "sun.arch.data.model") << "-bit Java "
-            << vantiro::text(vantiro_getJavaSystemProperty, "java.version") << '\n';
-}
-
-// A directory of its own for each run of the program, removed at the end.
-class Scratch {
- public:
-  Scratch() : path_((std::filesystem::temp_directory_path() / "pi-XXXXXX").string()) {
-    if (!mkdtemp(path_.data())) throw std::runtime_error(path_ + " cannot be made");
-  }
-  ~Scratch() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  std::filesystem::path path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 }  // namespace
 
 int main(int argc, char **argv) {
-  long long samples = 20000000;
-  char rest = 0;
-  if (argc > 2 || (argc == 2 && std::sscanf(argv[1], "%lld%c", &samples, &rest) != 1) ||
-      samples < 1 || samples > 1000000000) {
+  const std::string samples = argc > 1 ? argv[1] : "20000000";
+  int number = 0;
+  const auto [end, problem] =
+      std::from_chars(samples.data(), samples.data() + samples.size(), number);
+  if (argc > 2 || problem != std::errc() || *end || number < 1 || number > 1000000000) {
     std::cerr << "usage: pi_cpp [SAMPLES]\nSAMPLES is from 1 to 1000000000, for each of " << jobs
               << " jobs\n";
     return 2;
   }
+  std::string scratch = (fs::temp_directory_path() / "pi-XXXXXX").string();
+  int status = EXIT_FAILURE;
   try {
-    const Scratch scratch;
-    estimate(scratch.path(), samples);
-    if (!std::cout.flush()) throw std::runtime_error("standard output cannot be written");
-  } catch (const std::exception &problem) {
-    std::cerr << "pi_cpp: " << problem.what() << '\n';
-    return 1;
+    if (!mkdtemp(scratch.data())) throw std::runtime_error(scratch + " cannot be made");
+    estimate(scratch, samples);
+    if (!std::cout) throw std::runtime_error("standard output cannot be written");
+    status = EXIT_SUCCESS;
+  } catch (const std::exception &error) {
+    std::cerr << "pi_cpp: " << error.what() << '\n';
   }
+  std::error_code ignored;
+  fs::remove_all(scratch, ignored);
+  return status;
 }

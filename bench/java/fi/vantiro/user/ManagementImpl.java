@@ -33,6 +33,10 @@ public class ManagementImpl {
         return true;
     }
 
+    public int createProject(int session, int priority, String name) {
+        return 1;
+    }
+
     public boolean isFailed(int handle) {
         return true;
     }
