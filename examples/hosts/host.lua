@@ -24,12 +24,12 @@ local run = check(grid.vantiro_peach_handle())
 check(grid.vantiro_peach_setJobs(run, 5))
 check(grid.vantiro_peach_setExecutable(run, 'echo $((VANTIRO_JOB * VANTIRO_JOB)) | tee square'))
 check(grid.vantiro_peach_addOutputFile(run, 'square'))
--- Lua forgets a callback that nothing holds, and an error must not leave it.
+-- An error must not leave the callback, which lives until it is freed.
 local receiver = ffi.cast('void (*)(const char *)', function(line)
   xpcall(function() print('line ' .. ffi.string(line)) end, print)
 end)
 check(grid.vantiro_peach_setIntermediateResultHandler(run, receiver))
--- Compiled code must not be called back: the call that executes the run is interpreted.
+-- What compiled code calls must not call back.
 jit.off(true, true)
 check(grid.vantiro_peach_execute(run))
 local function next_file() local path = text(grid.vantiro_peach_nextFile, run) return path ~= '' and path or nil end
