@@ -150,6 +150,35 @@ TEST_F(Cpp, ARunKeepsItsReceiverAndHandsOutItsFiles) {
   EXPECT_EQ(jobs_of_cxx20(grid_, "echo 1") + jobs_of_cxx23(grid_, "echo 1"), 2U);
 }
 
+// Several runs at once, and one within a receiver of another.
+TEST_F(Cpp, EachRunHasItsReceiverOnItsThread) {
+  const auto lines_of = [&](const std::string &word, auto within) {
+    const vantiro::attachment attachment;
+    const auto thread = std::this_thread::get_id();
+    std::string received;
+    vantiro::run run(grid_);
+    run.executable("for i in 1 2 3; do echo " + word + "; sleep 0.1; done");
+    run.receive([&](std::string_view line) {
+      if (std::this_thread::get_id() == thread) received.append(line) += ' ';
+      within();
+    });
+    run.execute();
+    return received;
+  };
+  std::string first, second, inner;
+  std::thread one([&] { first = lines_of("a", [] {}); });
+  std::thread two([&] {
+    second = lines_of("b", [&] {
+      if (inner.empty()) inner = lines_of("c", [] {});
+    });
+  });
+  one.join();
+  two.join();
+  EXPECT_EQ(first, "1:a 1:a 1:a ");
+  EXPECT_EQ(second, "1:b 1:b 1:b ");
+  EXPECT_EQ(inner, "1:c 1:c 1:c ");
+}
+
 TEST_F(Cpp, WhatAReceiverThrowsIsThrownAtTheEndOfTheRun) {
   vantiro::run run(grid_);
   int received = 0;
