@@ -30,19 +30,8 @@ final class Trash {
         return Files.move(tree, place);
     }
 
-    /** Takes a tree away, if it is there, and deletes it. */
-    void delete(Path tree) throws IOException {
-        Path place;
-        try {
-            place = take(tree);
-        } catch (NoSuchFileException e) {
-            return;
-        }
-        deleteInPlace(place);
-    }
-
     /** Deletes a tree where it is. What cannot go is named, and set aside for good. */
-    void deleteInPlace(Path tree) throws IOException {
+    void delete(Path tree) throws IOException {
         Failures failures = Trees.delete(tree);
         if (failures.isEmpty()) {
             return;
