@@ -165,7 +165,7 @@ TEST_F(Files, ThatNobodyCanDeleteAreNamedOnceAndLeft) {
   std::string told = testing::internal::GetCapturedStderr();
   EXPECT_EQ(count(path("home/projects/1/work")), 0u);
   const std::string left = fs::directory_iterator(path("home/left"))->path();
-  EXPECT_TRUE(contains(told, left + "/a/b") && contains(told, left + "/d/f")) << told;
+  EXPECT_TRUE(contains(told, left + "/a/b") && contains(told, "and 1 more")) << told;
   testing::internal::CaptureStderr();
   EXPECT_EQ(vantiro_removeProject(project), 0) << last_error();
   EXPECT_EQ(vantiro_cleanup(session, 1), 0) << last_error();

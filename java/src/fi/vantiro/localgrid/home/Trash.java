@@ -44,9 +44,8 @@ final class Trash {
             // Another program that deletes it has set it aside.
             return;
         }
-        LOG.warning("cannot delete "
-                + failures.toString().replace(tree.toString(), place.toString())
-                + "; the grid leaves that to you");
+        String what = failures.toString().replace(tree.toString(), place.toString());
+        LOG.warning("some files cannot be deleted (" + what + "); the grid leaves them to you");
     }
 
     /** What was taken away and is not deleted yet. */
