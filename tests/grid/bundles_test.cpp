@@ -45,6 +45,50 @@ class Bundles : public GridTest {
 
 }  // namespace
 
+TEST_F(Bundles, KeepPermissionsAndNames) {
+  fs::permissions(write("b/bin/helper", "#!/bin/sh\ncat file\n"), fs::perms(0750));
+  fs::permissions(write("b/run", "#!/bin/sh\nexec ./bin/helper\n"), fs::perms(0644));
+  const auto bundle = [&](const char *first, const char *second) {
+    return vantiro_createBundle(project, "modes", "1", nullptr, nullptr, nullptr,
+                                path("made").c_str(), path("b").c_str(), "run", nullptr, 3, 1,
+                                "run", first, second, "shared");
+  };
+  EXPECT_EQ(bundle("../x/name", "../y/name"), -8);
+  const std::string x = write("x/name", ""), y = write("y/name", "");
+  EXPECT_EQ(bundle("../x/name", "../y/name"), -13);
+  EXPECT_TRUE(contains(last_error(), x) && contains(last_error(), y)) << last_error();
+  EXPECT_GT(bundle("bin/helper", "bin/helper"), 0) << last_error();
+  EXPECT_EQ(vantiro_signJar(path("made/modes@1.jar").c_str(), "me"), 0) << last_error();
+  EXPECT_EQ(vantiro_uploadBundle(project), 0) << last_error();
+  upload(nullptr, "shared", "1");
+  EXPECT_EQ(vantiro_approveUploadedBundles(project), 2) << last_error();
+  EXPECT_EQ(vantiro_useBundle(project, "modes"), 0) << last_error();
+  vantiro_createProjectJobs(project, 1, ("./run >" + path("ran")).c_str());
+  found();
+  EXPECT_EQ(read(path("ran")), "shared") << "a file of an import";
+}
+
+TEST_F(Bundles, ThatAreDamagedKeepNoOtherFromApproval) {
+  upload(nullptr, "good", "1");
+  upload(nullptr, "bad", "1");
+  ASSERT_EQ(vantiro_signJar(path("made/bad@1.jar").c_str(), "me"), 0);
+  ASSERT_EQ(std::system(("cd " + scratch + "; mkdir bad; cd bad; echo altered >file; python3 -c '" +
+                         "import zipfile as z\n"
+                         "with z.ZipFile(\"../made/bad@1.jar\") as old:\n"
+                         " with z.ZipFile(\"../home/bundles/uploaded/bad@1.jar\", \"w\") as new:\n"
+                         "  new.writestr(old.infolist()[0], old.read(old.infolist()[0]))\n"
+                         "  new.write(\"file\")'")
+                            .c_str()),
+            0);
+  EXPECT_EQ(vantiro_approveUploadedBundles(project), 1) << last_error();
+  EXPECT_EQ(vantiro_bundleExists("good") + vantiro_bundleExists("bad"), 1);
+  EXPECT_TRUE(fs::exists(path("home/bundles/damaged/bad@1.jar")));
+  write("home/bundles/uploaded/bad@1.jar", "no archive");
+  EXPECT_EQ(vantiro_approveUploadedBundles(project), -7) << "there was nothing else";
+  write("home/bundles/approved/bad@1.jar", "no archive");
+  EXPECT_EQ(vantiro_useBundle(project, "good"), 0) << last_error();
+}
+
 TEST_F(Bundles, OfSimilarNamesAreSeveral) {
   upload("a", "b.c", "1");
   upload("a.b", "c", "1");
@@ -58,12 +102,14 @@ TEST_F(Bundles, OfSimilarNamesAreSeveral) {
 }
 
 TEST_F(Bundles, AreTakenForThePlatformThatFitsBest) {
-  upload("x", "tool", "2", "windows-amd64");
-  upload("x", "tool", "2");
-  upload("x", "tool", "2", "Linux");
+  upload("x", "tool", "10", "windows-amd64");
+  upload("x", "tool", "10");
+  upload("x", "tool", "10", "Linux");
   EXPECT_EQ(std::set<int>(ids.begin(), ids.end()).size(), 1u) << "one bundle, several platforms";
-  EXPECT_EQ(vantiro_approveUploadedBundles(project), 3) << last_error();
+  upload("x", "tool", "9", "Linux");
+  EXPECT_EQ(vantiro_approveUploadedBundles(project), 4) << last_error();
   EXPECT_EQ(vantiro_useBundle(project, "tool"), 0) << last_error();
+  EXPECT_EQ(vantiro_getBundleId(project), ids[0]) << "a number is greater than another";
   EXPECT_EQ(found(), "toolxLinux");
   EXPECT_EQ(create("x", "tool", "3", "lniux"), VANTIRO_ERROR_UNCAUGHT_EXCEPTION);
   EXPECT_TRUE(contains(last_error(), "linux-amd64") && contains(last_error(), "lniux"))

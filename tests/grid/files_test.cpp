@@ -3,6 +3,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cstdlib>
+#include <thread>
+
 #include "grid_test.h"
 
 namespace {
@@ -24,6 +27,13 @@ class Files : public GridTest {
     vantiro_startProject(project);
     EXPECT_EQ(vantiro_waitCompletion(project), 0) << last_error();
     return project;
+  }
+
+  // The number of files in a project's results.
+  int unpacked(int project) const {
+    EXPECT_EQ(vantiro_setDownloadDir(project, path("down").c_str()), 0);
+    EXPECT_EQ(vantiro_downloadResult(project), 1) << last_error();
+    return vantiro_unzip(project);
   }
 
   static mode_t mode(const std::string &file) {
@@ -86,11 +96,13 @@ TEST_F(Files, AreTheUsersAlone) {
       text_of([&](char *b, unsigned int *s) { return vantiro_getResultFile(project, b, s); });
   EXPECT_EQ(vantiro_unzipFile(all.c_str(), path("all").c_str(), nullptr), 3) << last_error();
   EXPECT_EQ(mode(path("all/job-1/out")), 0754u);
-  if (getuid() == 0) {
-    ASSERT_EQ(chown(path("home").c_str(), 12345, 12345), 0);
-    EXPECT_EQ(vantiro_ready(session), 0);
-    EXPECT_TRUE(contains(last_error(), "belongs to 12345")) << last_error();
-  }
+}
+
+TEST_F(Files, OfSomebodyElseAreNotTheGrids) {
+  if (getuid() != 0) GTEST_SKIP() << "only root can give a directory to somebody else";
+  ASSERT_EQ(chown(path("home").c_str(), 12345, 12345), 0);
+  EXPECT_EQ(vantiro_ready(session), 0);
+  EXPECT_TRUE(contains(last_error(), "belongs to 12345")) << last_error();
 }
 
 TEST_F(Files, ThatCannotBeWrittenMakeTheGridUnready) {
@@ -105,12 +117,82 @@ TEST_F(Files, ThatCannotBeWrittenMakeTheGridUnready) {
 }
 
 TEST_F(Files, WithNamesThatAreNoTextAreKeptUnderOthers) {
-  const int project =
-      ended_project("d=$(printf 'd\\351'); mkdir $d; echo x >$d/$(printf 'f\\377')");
-  vantiro_setDownloadDir(project, path("down").c_str());
-  EXPECT_EQ(vantiro_downloadResult(project), 1);
-  EXPECT_EQ(vantiro_unzip(project), 3) << last_error();
-  EXPECT_EQ(read(path("down/job-1/d%E9/f%FF")), "x\n");
+  const int project = ended_project(
+      "d=$(printf 'd\\351'); mkdir $d; cd $d; echo x >$(printf 'f\\377'); echo y >f%FF");
+  EXPECT_EQ(unpacked(project), 4) << last_error();
+  EXPECT_EQ(read(path("down/job-1/d%E9/f%FF")), "y\n");
+  EXPECT_EQ(read(path("down/job-1/d%E9/f%FF.1")), "x\n");
+}
+
+TEST_F(Files, ThatCannotBeKeptAreNamedAndStayWhereTheyAre) {
+  const std::string name(200, 'd');
+  testing::internal::CaptureStderr();
+  const int project = ended_project(("mkdir no; echo x >no/x; chmod 000 no; echo y >y; chmod 000 "
+                                     "y; rm stderr; mkfifo pipe stderr; "
+                                     "for i in $(seq 30); do mkdir " +
+                                     name + "; cd -P " + name + " || exit 1; done; echo z >z")
+                                        .c_str());
+  const std::string told = testing::internal::GetCapturedStderr();
+  const std::string work = path("home/projects/1/work/job-1");
+  EXPECT_TRUE(contains(told, "File name too long: " + work)) << told;
+  EXPECT_TRUE(contains(told, work + "/stderr")) << told;
+  EXPECT_TRUE(fs::exists(work + "/" + name));
+  EXPECT_EQ(unpacked(project), 3) << last_error();
+  EXPECT_EQ(read(path("down/job-1/no/x")), "x\n");
+  EXPECT_EQ(mode(path("down/job-1/y")), 0u) << "kept, although nobody was to read it";
+  EXPECT_EQ(vantiro_removeProject(project), 0) << last_error();
+  EXPECT_EQ(count(path("home/projects")) + count(path("home/removed")), 0u) << "at any depth";
+  EXPECT_FALSE(fs::exists(path("home/left")));
+}
+
+TEST_F(Files, AreNotDeletedThroughLinks) {
+  write("mine/a/file", "");
+  ended_project(("mkdir d; ln -s " + path("mine") + " d/link; chmod 000 d").c_str());
+  ended_project(("cd ..; mv job-1 j; ln -s " + path("mine") + " job-1").c_str());
+  EXPECT_EQ(vantiro_cleanup(session, 1), 3) << last_error();
+  EXPECT_EQ(count(path("home/projects")) + count(path("home/removed")), 0u);
+  EXPECT_TRUE(fs::exists(path("mine/a/file")));
+}
+
+TEST_F(Files, ThatNobodyCanDeleteAreNamedOnceAndLeft) {
+  write("immutable", "");
+  if (system(("chattr +i " + path("immutable") + " 2>/dev/null").c_str()) != 0) {
+    GTEST_SKIP() << "only root can make files that nobody can delete, and not everywhere";
+  }
+  EXPECT_EQ(system(("chattr -i " + path("immutable")).c_str()), 0);
+  testing::internal::CaptureStderr();
+  const int project = ended_project("mkdir -p a/b/c d; touch a/b/f d/f; chattr +i a/b d/f");
+  std::string told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(count(path("home/projects/1/work")), 0u);
+  const std::string left = fs::directory_iterator(path("home/left"))->path();
+  EXPECT_TRUE(contains(told, left + "/a/b") && contains(told, "and 1 more")) << told;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(vantiro_removeProject(project), 0) << last_error();
+  EXPECT_EQ(vantiro_cleanup(session, 1), 0) << last_error();
+  told = testing::internal::GetCapturedStderr();
+  EXPECT_EQ(told, "") << "it is told once";
+  EXPECT_EQ(system(("chattr -R -i " + path("home/left")).c_str()), 0);
+}
+
+TEST_F(Files, OfTwoProjectsAreNotMixed) {
+  const int first = ended_project("echo first >out"), second = ended_project("true");
+  EXPECT_EQ(unpacked(first), 3);
+  vantiro_setDownloadDir(second, path("down").c_str());
+  EXPECT_EQ(vantiro_downloadResult(second), -4);
+  EXPECT_TRUE(contains(last_error(), path("down")) && contains(last_error(), "projects/1"))
+      << last_error();
+  vantiro_setDownloadDir(second, path("zips").c_str());
+  vantiro_setUnzipDir(second, path("down").c_str());
+  EXPECT_EQ(vantiro_downloadResult(second), 1);
+  EXPECT_EQ(vantiro_unzip(second), -4);
+  std::vector<std::thread> threads;
+  std::vector<int> counts(10);
+  for (int &files : counts) threads.emplace_back([&] { files = vantiro_unzip(first); });
+  for (auto &thread : threads) thread.join();
+  EXPECT_EQ(counts, std::vector<int>(10, 3)) << last_error();
+  EXPECT_EQ(read(path("down/job-1/out")), "first\n");
+  EXPECT_EQ(vantiro_removeProject(first), 0);
+  EXPECT_EQ(vantiro_unzip(second), 2) << last_error();
 }
 
 TEST_F(Files, ThatCleanupRemovedAreNotResults) {

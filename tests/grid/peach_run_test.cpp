@@ -151,6 +151,61 @@ TEST_F(PeachRun, KnowsWhetherItsSourcesAndInputsChanged) {
   EXPECT_EQ(execute(nullptr).first, 1);
 }
 
+TEST_F(PeachRun, RefusesInputsThatWouldReplaceEachOther) {
+  const std::string a = write("a/name", "a"), b = write("b/name", "b");
+  fs::permissions(a, fs::perms(0751));
+  const auto refused = [&](auto add) {
+    const int run = new_run("cat name; stat -c %a name; rm -f " + a, 2);
+    const int status = add(run);
+    EXPECT_EQ(status == 0 ? vantiro_peach_execute(run) : status, -13);
+    const std::string text = message(run);
+    EXPECT_TRUE(contains(text, a) && (contains(text, b) || contains(text, "stdout"))) << text;
+    vantiro_peach_done(run);
+  };
+  refused([&](int run) {
+    vantiro_peach_addDataFile(run, a.c_str());
+    return vantiro_peach_addDataFile(run, b.c_str());
+  });
+  refused([&](int run) {
+    vantiro_peach_addParamFile(run, a.c_str());
+    return vantiro_peach_addExeFile(run, b.c_str(), "name/below", "", "");
+  });
+  refused([&](int run) { return vantiro_peach_addJobFile(run, 2, a.c_str(), b.c_str()); });
+  refused([&](int run) {
+    vantiro_peach_addJobFile(run, 1, a.c_str());
+    return vantiro_peach_addParamExternalResource(run, b.c_str());
+  });
+  refused([&](int run) { return vantiro_peach_addParamFileWithTarget(run, a.c_str(), "stdout"); });
+
+  const int run = new_run("cat name; stat -c %a name; rm -f " + a, 2);
+  for (int i = 0; i < 2; ++i) vantiro_peach_addDataFile(run, a.c_str());
+  vantiro_peach_setJobFileNames(run, 1, "other-name");
+  vantiro_peach_addJobFile(run, 1, b.c_str());
+  vantiro_peach_addExeFile(run, a.c_str(), "tool", "linux", "");
+  vantiro_peach_addExeFile(run, b.c_str(), "tool", "any", "");
+  vantiro_initWithoutFile(path("home").c_str(), "", "", "", 1, "", "", 0, 0, "", "");
+  EXPECT_EQ(vantiro_peach_execute(run), 0) << message(run);
+  EXPECT_EQ(read(path("state/job-2/stdout")), "a751\n") << "the first job removed the file";
+}
+
+TEST_F(PeachRun, KeepsItsOutputsUntilTheirFileIsWritten) {
+  int run = new_run("touch " + path("ran"), 1);
+  vantiro_peach_setResultFile(run, (write("file", "") + "/r.zip").c_str());
+  EXPECT_EQ(vantiro_peach_execute(run), -1);
+  EXPECT_TRUE(contains(message(run), path("file"))) << message(run);
+  EXPECT_FALSE(fs::exists(path("ran"))) << "it is known before the jobs run";
+  run = vantiro_peach_handle();
+  vantiro_peach_setExecutable(run, ("echo x; mkdir " + path("r.zip")).c_str());
+  vantiro_peach_setResultFile(run, path("r.zip").c_str());
+  vantiro_peach_setRemove(run, 1);
+  EXPECT_EQ(vantiro_peach_execute(run), -1);
+  EXPECT_TRUE(contains(message(run), path("r.zip")) && !contains(message(run), ".part"))
+      << message(run);
+  const std::string id = std::to_string(vantiro_peach_getProjectId(run));
+  EXPECT_EQ(vantiro_peach_done(run), 0);
+  EXPECT_EQ(read(path("home/projects/" + id + "/state/job-1/stdout")), "x\n");
+}
+
 TEST_F(PeachRun, StreamsFilesAndCleansUpBehindItself) {
   testing::internal::CaptureStderr();
   const int run = new_run("echo $VANTIRO_JOB >out; [ $VANTIRO_JOB = 1 ] || while ! [ -e " +

@@ -86,6 +86,8 @@ TEST_F(Project, ListsParametersAndDescribesItself) {
   };
   EXPECT_EQ(value("language"), "en");
   EXPECT_EQ(value("absent"), "<null>");
+  EXPECT_EQ(vantiro_setProjectParams(project, 2, "a-b=1", "a.b=2"), -13) << "one variable";
+  EXPECT_TRUE(contains(last_error(), "a-b") && contains(last_error(), "a.b")) << last_error();
   EXPECT_EQ(vantiro_setProjectId(project, 99), 0);
   EXPECT_EQ(vantiro_getProjectId(project), 99);
   const std::string description = text_of(
@@ -155,6 +157,23 @@ TEST_F(Project, HandsOverResultsWhileItRuns) {
   EXPECT_EQ(vantiro_waitCompletion(project), 0);
   while (!fs::exists(path("down/job-2.zip"))) vantiro_actionWait(20);
   EXPECT_EQ(vantiro_downloadResult(project), 2);
+}
+
+TEST_F(Project, KeepsResultsThatItCannotHandOver) {
+  vantiro_createProjectJobs(project, 2, "true", "true");
+  vantiro_setDownloadDir(project, write("file", "").c_str());
+  EXPECT_EQ(vantiro_setStreamResults(project, 1), 0);
+  EXPECT_EQ(run_to_end(), 0) << last_error();
+  EXPECT_EQ(vantiro_getStreamedResultFilesCount(project), 0);
+  vantiro_setDownloadDir(project, path("down").c_str());
+  EXPECT_EQ(vantiro_unzip(project), -4) << "nothing was downloaded";
+  EXPECT_EQ(vantiro_downloadResult(project), 2) << last_error();
+  const int empty = vantiro_createEmptyProject(session, 0, "empty");
+  vantiro_markAllJobsCreated(empty);
+  vantiro_startProject(empty);
+  vantiro_setDownloadDir(empty, path("none").c_str());
+  EXPECT_EQ(vantiro_downloadResult(empty), 0);
+  EXPECT_EQ(vantiro_unzip(empty), 0) << last_error();
 }
 
 TEST_F(Project, CountsTheProcessorTimeOfItsJobs) {

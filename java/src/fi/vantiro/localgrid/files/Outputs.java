@@ -57,7 +57,7 @@ public final class Outputs {
      * Opens a file that a job made, for reading, unless it is something that one may have to wait
      * for. A link is followed; no permission of the owner's own keeps the content from him.
      */
-    static FileChannel open(Path file) throws IOException {
+    public static FileChannel open(Path file) throws IOException {
         boolean isLink = Files.isSymbolicLink(file);
         Path real = isLink ? file.toRealPath() : file;
         checkRegular(real);

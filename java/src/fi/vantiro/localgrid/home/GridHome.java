@@ -255,7 +255,7 @@ public final class GridHome {
             return directories;
         });
         for (Path tree : trees) {
-            trash.deleteInPlace(tree);
+            trash.delete(tree);
         }
         bundles().cleanup();
         return count;

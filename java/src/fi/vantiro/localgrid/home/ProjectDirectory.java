@@ -130,7 +130,7 @@ public final class ProjectDirectory {
 
     /** Deletes what a job left in its working directory. */
     public void deleteWork(int job) throws IOException {
-        trash.deleteInPlace(work(job));
+        trash.delete(work(job));
     }
 
     /** Deletes everything of the project. */

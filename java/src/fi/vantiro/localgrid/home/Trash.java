@@ -30,19 +30,8 @@ final class Trash {
         return Files.move(tree, place);
     }
 
-    /** Takes a tree away, if it is there, and deletes it. */
-    void delete(Path tree) throws IOException {
-        Path place;
-        try {
-            place = take(tree);
-        } catch (NoSuchFileException e) {
-            return;
-        }
-        deleteInPlace(place);
-    }
-
     /** Deletes a tree where it is. What cannot go is named, and set aside for good. */
-    void deleteInPlace(Path tree) throws IOException {
+    void delete(Path tree) throws IOException {
         Failures failures = Trees.delete(tree);
         if (failures.isEmpty()) {
             return;
@@ -55,9 +44,8 @@ final class Trash {
             // Another program that deletes it has set it aside.
             return;
         }
-        LOG.warning("cannot delete "
-                + failures.toString().replace(tree.toString(), place.toString())
-                + "; the grid leaves that to you");
+        String what = failures.toString().replace(tree.toString(), place.toString());
+        LOG.warning("some files cannot be deleted (" + what + "); the grid leaves them to you");
     }
 
     /** What was taken away and is not deleted yet. */

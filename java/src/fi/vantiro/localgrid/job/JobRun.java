@@ -15,6 +15,7 @@ import java.nio.ByteBuffer;
 import java.nio.channels.FileChannel;
 import java.nio.charset.StandardCharsets;
 import java.nio.file.Files;
+import java.nio.file.LinkOption;
 import java.nio.file.Path;
 import java.util.Collection;
 import java.util.LinkedHashMap;
@@ -241,10 +242,10 @@ public final class JobRun implements Runnable, Keeper.Client {
 
     /** The last lines of a file, behind a title. */
     private static String tail(String title, Path path) throws IOException {
-        if (!Files.isRegularFile(path)) {
+        if (!Files.isRegularFile(path, LinkOption.NOFOLLOW_LINKS)) {
             return "";
         }
-        try (FileChannel channel = FileChannel.open(path)) {
+        try (FileChannel channel = Outputs.open(path)) {
             ByteBuffer tail = ByteBuffer.allocate(TAIL);
             long start = Math.max(0, channel.size() - TAIL);
             channel.read(tail, start);
