@@ -268,7 +268,8 @@ public final class Keeper {
                 }
             }
         } catch (IOException e) {
-            warn("cannot be listened to: " + e.getMessage());
+            // That is what one that was killed sounds like.
+            end();
         }
         gone = true;
         introduced.countDown();
@@ -281,13 +282,19 @@ public final class Keeper {
     /** False when there was not the memory to take note. */
     private boolean isHeeded() {
         try {
-            heed(answers.message());
+            heedOrWarn(answers.message());
+            return true;
         } catch (OutOfMemoryError e) {
             return false;
-        } catch (Throwable e) {
-            warn("has an answer that was not heeded: " + GridException.text(e));
         }
-        return true;
+    }
+
+    private void heedOrWarn(Message answer) {
+        try {
+            heed(answer);
+        } catch (RuntimeException | LinkageError e) {
+            warn("gave an answer that was not heeded: " + GridException.text(e));
+        }
     }
 
     private void heed(Message answer) {
@@ -321,9 +328,14 @@ public final class Keeper {
     /** Not more often than a reader can use: a job may write into the pipe. */
     private void warn(String what) {
         warnings++;
-        if (warnings <= MOST_WARNINGS) {
-            LOG.warning(KeeperProgram.NAME + " " + what
-                    + (warnings == MOST_WARNINGS ? "; more of that kind is not told" : ""));
+        try {
+            if (warnings <= MOST_WARNINGS) {
+                LOG.warning(KeeperProgram.NAME + " " + what
+                        + (warnings == MOST_WARNINGS ? "; more of that kind is not told" : ""));
+            }
+        } catch (OutOfMemoryError | LinkageError e) {
+            // A log that never found the memory to be opened must not end a thread.
+            return;
         }
     }
 
