@@ -48,7 +48,7 @@ const char *message_trouble(const struct message *message) {
   const char *field = message_next(message, NULL);
   const char *version = field_value(field, "version");
   if (!version) return "it does not begin with a version";
-  if (atoi(version) != MESSAGE_VERSION) return "it is of another version";
+  if (strcmp(version, MESSAGE_VERSION) != 0) return "it is of another version";
   field = message_next(message, field);
   if (!field || !field_value(field, "kind")) return "it does not say what kind it is";
   for (; field; field = message_next(message, field)) {
@@ -129,7 +129,7 @@ bool reader_next(struct reader *reader, struct message *message) {
 void answer_begin(struct answer *answer, const char *kind) {
   memset(answer->bytes, '\0', 2);
   answer->length = 2;
-  answer_number(answer, "version", MESSAGE_VERSION);
+  answer_text(answer, "version", MESSAGE_VERSION);
   answer_text(answer, "kind", kind);
 }
 

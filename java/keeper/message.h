@@ -12,7 +12,7 @@
 extern "C" {
 #endif
 
-enum { MESSAGE_VERSION = 1 };
+#define MESSAGE_VERSION "1"
 
 // The fields of a message that was read; they lie in its reader until that is used again.
 struct message {

@@ -269,7 +269,8 @@ public final class Keeper {
                 GridThreads.untilMemory(heeding);
             }
         } catch (IOException e) {
-            warn("cannot be listened to: " + e.getMessage());
+            // That is what one that was killed sounds like.
+            end();
         }
         gone = true;
         introduced.countDown();
@@ -280,10 +281,8 @@ public final class Keeper {
     private void heed() {
         try {
             heed(answers.message());
-        } catch (OutOfMemoryError e) {
-            throw e;
-        } catch (Throwable e) {
-            warn("has an answer that was not heeded: " + GridException.text(e));
+        } catch (RuntimeException | LinkageError e) {
+            warn("gave an answer that was not heeded: " + GridException.text(e));
         }
     }
 
@@ -318,9 +317,14 @@ public final class Keeper {
     /** Not more often than a reader can use: a job may write into the pipe. */
     private void warn(String what) {
         warnings++;
-        if (warnings <= MOST_WARNINGS) {
-            LOG.warning(KeeperProgram.NAME + " " + what
-                    + (warnings == MOST_WARNINGS ? "; more of that kind is not told" : ""));
+        try {
+            if (warnings <= MOST_WARNINGS) {
+                LOG.warning(KeeperProgram.NAME + " " + what
+                        + (warnings == MOST_WARNINGS ? "; more of that kind is not told" : ""));
+            }
+        } catch (OutOfMemoryError | LinkageError e) {
+            // A log that never found the memory to be opened must not end a thread.
+            return;
         }
     }
 

@@ -157,8 +157,8 @@ public final class Keepers implements Closeable {
                         keeper.ping();
                     }
                 }
-            } catch (OutOfMemoryError e) {
-                // The next beat may find some.
+            } catch (OutOfMemoryError | LinkageError e) {
+                // The next beat may find the memory that this one missed.
                 continue;
             }
         }
