@@ -90,15 +90,16 @@ class Started(unittest.TestCase):
         thread.join()
         self.assertEqual(attached, [True, False])
 
-    def test_a_receiver_is_kept_and_may_raise(self):
+    def test_a_receiver_is_kept_runs_in_the_waiting_thread_and_may_raise(self):
         received = []
         self.addCleanup(setattr, sys, "excepthook", sys.excepthook)
         sys.excepthook = lambda *_: None
         grid.check(grid.peach_setExecutable(self.peach, "echo one; echo two"))
         grid.check(grid.peach_setIntermediateResultHandler(
-            self.peach, lambda text: received.append(text) or 1 / 0))
+            self.peach, lambda text: received.append((text, threading.current_thread())) or 1 / 0))
         grid.check(grid.peach_execute(self.peach))
-        self.assertEqual(received, ["1:one", "1:two"])
+        main = threading.main_thread()
+        self.assertEqual(received, [("1:one", main), ("1:two", main)])
 
 
 def fail(number):
