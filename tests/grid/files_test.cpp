@@ -130,7 +130,8 @@ TEST_F(Files, ThatCannotBeKeptAreNamedAndStayWhereTheyAre) {
   const int project = ended_project(("mkdir no; echo x >no/x; chmod 000 no; echo y >y; chmod 000 "
                                      "y; rm stderr; mkfifo pipe stderr; "
                                      "for i in $(seq 30); do mkdir " +
-                                     name + "; cd -P " + name + " || exit 1; done; echo z >z")
+                                     name + "; cd -P " + name +
+                                     " || exit 1; done; mkdir z; echo z >z/z; chmod 000 z")
                                         .c_str());
   const std::string told = testing::internal::GetCapturedStderr();
   const std::string work = path("home/projects/1/work/job-1");
