@@ -165,6 +165,7 @@ TEST_F(Files, ThatNobodyCanDeleteAreNamedOnceAndLeft) {
   const int project = ended_project("mkdir -p a/b/c d; touch a/b/f d/f; chattr +i a/b d/f");
   std::string told = testing::internal::GetCapturedStderr();
   EXPECT_EQ(count(path("home/projects/1/work")), 0u);
+  ASSERT_EQ(count(path("home/left")), 1u);
   const std::string left = fs::directory_iterator(path("home/left"))->path();
   EXPECT_TRUE(contains(told, left + "/a/b") && contains(told, "and 1 more")) << told;
   testing::internal::CaptureStderr();
