@@ -130,7 +130,8 @@ TEST_F(Files, ThatCannotBeKeptAreNamedAndStayWhereTheyAre) {
   const int project = ended_project(("mkdir no; echo x >no/x; chmod 000 no; echo y >y; chmod 000 "
                                      "y; rm stderr; mkfifo pipe stderr; "
                                      "for i in $(seq 30); do mkdir " +
-                                     name + "; cd -P " + name + " || exit 1; done; echo z >z")
+                                     name + "; cd -P " + name +
+                                     " || exit 1; done; mkdir z; echo z >z/z; chmod 000 z")
                                         .c_str());
   const std::string told = testing::internal::GetCapturedStderr();
   const std::string work = path("home/projects/1/work/job-1");
@@ -164,6 +165,7 @@ TEST_F(Files, ThatNobodyCanDeleteAreNamedOnceAndLeft) {
   const int project = ended_project("mkdir -p a/b/c d; touch a/b/f d/f; chattr +i a/b d/f");
   std::string told = testing::internal::GetCapturedStderr();
   EXPECT_EQ(count(path("home/projects/1/work")), 0u);
+  ASSERT_EQ(count(path("home/left")), 1u);
   const std::string left = fs::directory_iterator(path("home/left"))->path();
   EXPECT_TRUE(contains(told, left + "/a/b") && contains(told, "and 1 more")) << told;
   testing::internal::CaptureStderr();

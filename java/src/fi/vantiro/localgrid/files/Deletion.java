@@ -25,10 +25,9 @@ final class Deletion {
     private final Path tree;
     private SecureDirectoryStream<Path> top;
     private Failures failures;
-    private int deleted;
-    /** Whether something was moved to the top. */
-    private boolean moved;
-    /** Whether somebody put something into a directory while it was being emptied. */
+    /** How many entries were deleted, or moved to the top. */
+    private int cleared;
+    /** Whether a directory was not empty at its end: what was moved, or is new, is left to do. */
     private boolean refilled;
 
     private Deletion(Path tree) {
@@ -41,11 +40,10 @@ final class Deletion {
         try (SecureDirectoryStream<Path> above = Trees.open(tree.getParent())) {
             do {
                 deletion.failures = new Failures();
-                deletion.deleted = 0;
-                deletion.moved = false;
+                deletion.cleared = 0;
                 deletion.refilled = false;
                 deletion.delete(above, tree.getFileName(), tree, 0);
-            } while (deletion.moved || deletion.refilled && deletion.deleted > 0);
+            } while (deletion.refilled && deletion.cleared > 0);
         } catch (NoSuchFileException e) {
             return new Failures();
         }
@@ -60,7 +58,7 @@ final class Deletion {
                             .readAttributes();
             if (!attributes.isDirectory()) {
                 parent.deleteFile(name);
-                deleted++;
+                cleared++;
                 return;
             }
             if (!attributes.permissions().containsAll(Trees.ACCESS)) {
@@ -69,17 +67,16 @@ final class Deletion {
             if (depth == MAX_DEPTH) {
                 String free = Long.toHexString(ThreadLocalRandom.current().nextLong());
                 parent.move(name, top, tree.getFileSystem().getPath(free));
-                moved = true;
+                cleared++;
                 return;
             }
             empty(parent, name, path, depth);
             parent.deleteDirectory(name);
-            deleted++;
+            cleared++;
         } catch (NoSuchFileException e) {
             // Somebody else deletes the tree at the same time.
-            deleted++;
+            cleared++;
         } catch (DirectoryNotEmptyException e) {
-            // What is in it was found undeletable, has been moved there, or is new.
             refilled = true;
         } catch (IOException e) {
             failures.add(path, e);
