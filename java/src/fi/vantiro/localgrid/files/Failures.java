@@ -1,5 +1,6 @@
 package fi.vantiro.localgrid.files;
 
+import fi.vantiro.localgrid.base.Arguments;
 import fi.vantiro.localgrid.base.GridException;
 import java.io.IOException;
 import java.nio.file.AccessDeniedException;
@@ -18,7 +19,7 @@ public final class Failures {
 
     public void add(Path file, IOException why) {
         if (count < TOLD) {
-            told.add(GridException.text(of(file, why)));
+            told.add(Arguments.shortened(GridException.text(of(file, why))));
         }
         count++;
     }

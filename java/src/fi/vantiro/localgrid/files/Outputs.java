@@ -77,31 +77,6 @@ public final class Outputs {
         }
     }
 
-    /**
-     * Opens a file of a job that runs and may put something else in its place at any moment: as a
-     * pipe that is opened for writing, too, waits for nobody.
-     */
-    public static FileChannel openWhileRunning(Path file) throws IOException {
-        checkRegular(file);
-        FileChannel channel;
-        try {
-            channel = FileChannel.open(file, StandardOpenOption.READ, StandardOpenOption.WRITE,
-                    LinkOption.NOFOLLOW_LINKS);
-        } catch (AccessDeniedException e) {
-            channel = openToRead(file);
-        }
-        boolean isRegular = false;
-        try {
-            checkRegular(file);
-            isRegular = true;
-            return channel;
-        } finally {
-            if (!isRegular) {
-                channel.close();
-            }
-        }
-    }
-
     private static FileChannel openToRead(Path file) throws IOException {
         return FileChannel.open(file, StandardOpenOption.READ, LinkOption.NOFOLLOW_LINKS);
     }
