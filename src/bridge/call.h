@@ -15,8 +15,8 @@
 
 namespace vantiro {
 
-// Arguments become Java's in two steps, because the calls on the management object clear an earlier
-// exception in between. First lists become arrays, and the rest is kept as it is;
+// The first of two steps that make Java's arguments, apart since the calls on the management object
+// clear an earlier exception in between: lists become arrays, all else stays as it is.
 template <typename T>
 auto make_arrays([[maybe_unused]] JNIEnv *jni, T argument) {
   if constexpr (requires { JavaType<T>::arrays(jni, argument); }) {
@@ -31,7 +31,7 @@ auto with_arrays([[maybe_unused]] JNIEnv *jni, Arguments... arguments) {
   return std::tuple_cat(make_arrays(jni, arguments)...);
 }
 
-// then what is no array yet is converted.
+// The second step: what is no array yet is converted.
 template <typename T>
 auto to_java([[maybe_unused]] JNIEnv *jni, T value) {
   if constexpr (std::is_convertible_v<T, jobject>) {

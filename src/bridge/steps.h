@@ -52,7 +52,7 @@ inline bool threw(JNIEnv *jni) {
 
 // Makes a reference live across threads; null stays null.
 template <typename Reference>
-Reference share(JNIEnv *jni, Reference local) {
+Reference new_global_reference(JNIEnv *jni, Reference local) {
   return local ? static_cast<Reference>(jni->NewGlobalRef(local)) : nullptr;
 }
 

@@ -23,7 +23,7 @@ int construct() {
     abandon_machine();
     return VANTIRO_ERROR_CONSTRUCTOR_MISSING;
   }
-  sgc = share(env, env->functions->NewObject(env, cls, constructor));
+  sgc = new_global_reference(env, env->functions->NewObject(env, cls, constructor));
   return sgc ? VANTIRO_OK : VANTIRO_ERROR_INITIALIZATION;
 }
 

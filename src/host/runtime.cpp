@@ -9,7 +9,6 @@
 
 #include "bridge/steps.h"
 #include "host/discovery.h"
-#include "host/machine_options.h"
 #include "vantiro/runtime.h"
 #include "vantiro/status.h"
 
@@ -19,6 +18,12 @@ namespace {
 
 // What the machine is asked for; later runtimes know this version too.
 constexpr jint jni_version = JNI_VERSION_1_4;
+
+// To be formatted with the library's directory, three times, each as a length and the text.
+constexpr char class_path_option[] =
+    "-Djava.class.path=%.*s/vantiro.jar:%.*s/commons-codec-1.3.jar:%.*s/xmlrpc-2.0.jar";
+constexpr char heap_option[] = "-Xmx128M";
+constexpr char management_option[] = "-Dcom.sun.management.jmxremote";
 
 // Whether the machine in `jvm` is the library's own. A host's machine must not be destroyed: that
 // would wait for the host's own threads.
@@ -110,7 +115,7 @@ int vantiro_initJava(void) {
     return VANTIRO_ERROR_NOT_INITIALIZED;
   }
 
-  cls = share(env, env->FindClass("fi/vantiro/user/ManagementImpl"));
+  cls = new_global_reference(env, env->FindClass("fi/vantiro/user/ManagementImpl"));
   if (!cls) {
     if (machine_is_own) jvm->DetachCurrentThread();
     abandon_machine();

@@ -14,14 +14,14 @@ int fetch_peach_object(JNIEnv *jni, Target management, Target &peach) {
       jni->GetMethodID(management.type, "getPeachWrapper", descriptor<PeachWrapper>());
   jni->ExceptionClear();
   if (!method) return VANTIRO_ERROR_METHOD_NOT_FOUND;
-  peach.type = share(jni, jni->FindClass("fi/vantiro/user/PeachWrapper"));
+  peach.type = new_global_reference(jni, jni->FindClass("fi/vantiro/user/PeachWrapper"));
   store(pwcls, peach.type);
   if (!peach.type) {
     threw(jni);
     return VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
   }
   const jobject wrapper = PeachWrapper::call(jni, management.object, method);
-  peach.object = threw(jni) ? nullptr : share(jni, wrapper);
+  peach.object = threw(jni) ? nullptr : new_global_reference(jni, wrapper);
   store(pwobj, peach.object);
   return peach.object ? VANTIRO_OK : VANTIRO_ERROR_UNCAUGHT_EXCEPTION;
 }

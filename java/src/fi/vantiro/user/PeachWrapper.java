@@ -23,12 +23,12 @@ public final class PeachWrapper {
 
     /** Starts the description of a run; its handle. */
     public int get() {
-        return grid.errors().call(() -> grid.newPeachRun().handle());
+        return grid.errors().numberOf(() -> grid.newPeachRun().handle());
     }
 
     /** Runs all jobs to their end. */
     public int execute(int handle) {
-        return grid.errors().act(() -> on(handle, run -> {
+        return grid.errors().statusOf(() -> on(handle, run -> {
             run.execute();
             return null;
         }));
@@ -70,7 +70,7 @@ public final class PeachWrapper {
 
     /** The text of the run's last failure, null when there was none. */
     public String getLastErrorMessage(int handle) {
-        return grid.errors().get(() -> grid.peachRun(handle).errors().message());
+        return grid.errors().valueOf(() -> grid.peachRun(handle).errors().message());
     }
 
     /** Sends each line that a job writes to a handler, as "job:line". */
@@ -328,13 +328,13 @@ public final class PeachWrapper {
     }
 
     private <T> T get(int handle, Step<T> step) {
-        return grid.errors().get(() -> on(handle, step));
+        return grid.errors().valueOf(() -> on(handle, step));
     }
 
     /** A failure is remembered for the run too. */
     private <T> T on(int handle, Step<T> step)
             throws GridException, IOException, InterruptedException {
         PeachRun run = grid.peachRun(handle);
-        return run.errors().run(() -> step.on(run));
+        return run.errors().remembering(() -> step.on(run));
     }
 }

@@ -57,17 +57,17 @@ public final class GridException extends Exception {
         return e.getReason() == null ? "an input or output failed" : e.getReason();
     }
 
-    /** What is said of any trouble; made without memory when there is none. */
-    public static String text(Throwable trouble) {
-        if (trouble instanceof OutOfMemoryError) {
+    /** A text for the caller, of whatever was thrown; made without memory when there is none. */
+    public static String text(Throwable thrown) {
+        if (thrown instanceof OutOfMemoryError) {
             return "the Java runtime is out of memory or threads: _JAVA_OPTIONS=-Xmx512M gives "
                     + "it more, and what the calls of a thread left in it is freed when that "
                     + "thread detaches (DetachCurrentThread)";
         }
-        if (trouble instanceof IOException) {
-            return of((IOException) trouble).getMessage();
+        if (thrown instanceof IOException) {
+            return of((IOException) thrown).getMessage();
         }
-        return trouble.getMessage() == null ? trouble.toString() : trouble.getMessage();
+        return thrown.getMessage() == null ? thrown.toString() : thrown.getMessage();
     }
 
     /** The result code of the failure. */

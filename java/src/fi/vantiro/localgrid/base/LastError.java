@@ -25,33 +25,33 @@ public final class LastError {
     }
 
     /** Runs the action; 0, or the code of its failure. */
-    public int act(Action action) {
-        return call(() -> {
+    public int statusOf(Action action) {
+        return numberOf(() -> {
             action.run();
             return Status.OK.code();
         });
     }
 
     /** Runs a query for a handle, an id or a count; its value, or the code of its failure. */
-    public int call(Query<Integer> query) {
+    public int numberOf(Query<Integer> query) {
         try {
-            return run(query);
+            return remembering(query);
         } catch (GridException e) {
             return e.status().code();
         }
     }
 
     /** Runs a query whose value has no room for a code; a failure becomes an exception. */
-    public <T> T get(Query<T> query) {
+    public <T> T valueOf(Query<T> query) {
         try {
-            return run(query);
+            return remembering(query);
         } catch (GridException e) {
             throw new IllegalStateException(e.getMessage(), e);
         }
     }
 
     /** Runs a query, and remembers its failure for the caller who handles it. */
-    public <T> T run(Query<T> query) throws GridException {
+    public <T> T remembering(Query<T> query) throws GridException {
         try {
             return query.run();
         } catch (GridException e) {

@@ -8,7 +8,7 @@ import java.util.Locale;
 /** The platforms that files can be for. */
 public final class Platforms {
     private static final String SYSTEM = System.getProperty("os.name").toLowerCase(Locale.ROOT);
-    /** Those of this machine, the most special one last. */
+    /** Those of this machine, the most specific one last. */
     private static final List<String> THIS =
             Arrays.asList("", "any", SYSTEM, SYSTEM + "-" + System.getProperty("os.arch"));
     private static final List<String> OTHERS = Arrays.asList("linux", "linux-i386", "linux-amd64",
@@ -27,7 +27,7 @@ public final class Platforms {
         return platform;
     }
 
-    /** How special a known platform is to this machine; negative when files for it do not fit. */
+    /** How specific a known platform is to this machine; negative when files for it do not fit. */
     public static int fit(String platform) {
         return THIS.indexOf(platform);
     }

@@ -41,7 +41,7 @@ public final class PeachDescription {
     String exeBundle = "";
     public String executable = "";
     public final InputGroup exe = new InputGroup(places);
-    /** The files of the executable by their places, and how special each is to this machine. */
+    /** The files of the executable by their places, and how specific each is to this machine. */
     private final Map<String, InputFile> exeFiles = new HashMap<>();
     private final Map<String, Integer> exeFits = new HashMap<>();
     public final List<String> exeImports = new ArrayList<>();
