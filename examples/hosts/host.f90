@@ -1,34 +1,32 @@
-! A run from Fortran, with the interfaces of host_f.f90.
-module receiver
-  use grid
+! A run from Fortran, with the module of clients/fortran.
+module receivers
 contains
-  subroutine receive(line) bind(C)
-    character(c_char), intent(in) :: line(*)
-    integer :: length
-    length = 0
-    do while (line(length + 1) /= nul); length = length + 1; end do
-    print '(256a)', 'line ', line(:length)
-  end
+  subroutine receive(line)
+    character(*), intent(in) :: line
+    print '(2a)', 'line ', line
+  end subroutine
 end module
+
 program host
-  use receiver
-  integer(c_int) :: run, size, status
-  character(4096) :: path, content
-  if (init() /= 0) stop 'the start failed: vantiro-doctor tells why'
-  run = new_run()
-  status = set_jobs(run, 5)
-  status = set_executable(run, 'echo $((VANTIRO_JOB * VANTIRO_JOB)) | tee square' // nul)
-  status = add_output(run, 'square' // nul)
-  status = set_receiver(run, c_funloc(receive))
-  if (execute(run) /= 0) stop 'the run failed'
+  use vantiro
+  use receivers
+  integer :: run, status
+  character(:), allocatable :: path, reason
+  character(256) :: content
+  if (vantiro_init() /= 0) stop 'the start failed: vantiro-doctor tells why'
+  run = vantiro_peach_handle()
+  status = vantiro_peach_setJobs(run, 5)
+  status = vantiro_peach_setExecutable(run, 'echo $((VANTIRO_JOB * VANTIRO_JOB)) | tee square')
+  status = vantiro_peach_addOutputFile(run, 'square')
+  status = vantiro_peach_setIntermediateResultHandler(run, receive)
+  if (vantiro_peach_execute(run) /= 0) stop 'the run failed'
   do
-    size = len(path)
-    if (next_file(run, path, size) /= 0 .or. size < 2) exit
-    open (10, file=path(:size - 1)); read (10, '(a)') content; close (10)
+    if (vantiro_peach_nextFile(run, path) /= 0 .or. len(path) == 0) exit
+    open (10, file=path); read (10, '(a)') content; close (10)
     print '(2a)', 'file ', trim(content)
   end do
-  status = set_log_level('loud' // nul)
-  size = len(path)
-  if (describe(status, path, size) == 0) print '(3a, i0, a)', 'failed: ', path(:size - 1), ' (', status, ')'
-  status = done(run)
+  status = vantiro_setLogLevel('loud')
+  if (vantiro_describeStatusCode(status, reason) == 0) print '(3a, i0, a)', 'failed: ', reason, ' (', status, ')'
+  status = vantiro_peach_done(run)
+  status = vantiro_unload(.true.)
 end program

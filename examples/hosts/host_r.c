@@ -1,8 +1,8 @@
 /* What R needs beside its own .Call, for any function of the library: calls by name. */
 #include <Rinternals.h>
-#include <vantiro.h>
 #include <dlfcn.h>
 #include <stdint.h>
+#include <vantiro.h>
 
 static SEXP receiver;
 
@@ -20,7 +20,8 @@ SEXP set_receiver(SEXP run, SEXP function) {
 
 /* Up to four numbers and strings. */
 SEXP call(SEXP name, SEXP list) {
-  int (*function)(intptr_t, intptr_t, intptr_t, intptr_t) = dlsym(RTLD_DEFAULT, CHAR(Rf_asChar(name)));
+  int (*function)(intptr_t, intptr_t, intptr_t, intptr_t) =
+      dlsym(RTLD_DEFAULT, CHAR(Rf_asChar(name)));
   intptr_t words[4] = {0};
   if (!function) Rf_error("there is no %s", CHAR(Rf_asChar(name)));
   for (int i = 0; i < Rf_length(list) && i < 4; ++i) {
@@ -34,6 +35,7 @@ SEXP text(SEXP name, SEXP argument) {
   int (*function)(int, char *, unsigned int *) = dlsym(RTLD_DEFAULT, CHAR(Rf_asChar(name)));
   char buffer[4096] = "";
   unsigned int size = sizeof buffer;
-  if (!function || function(Rf_asInteger(argument), buffer, &size) != 0) Rf_error("there is no text");
+  if (!function || function(Rf_asInteger(argument), buffer, &size) != 0)
+    Rf_error("there is no text");
   return Rf_mkString(buffer);
 }

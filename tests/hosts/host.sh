@@ -27,7 +27,7 @@ case $host in
   fortran)
     echo end >empty.f90
     needs gfortran $flags empty.f90
-    gfortran $flags -std=f2018 "$here/host_f.f90" "$here/host.f90" $links -o host
+    gfortran $flags -std=f2018 "$build/clients/vantiro.f90" "$here/host.f90" $links -o host
     set -- ./host
     ;;
   go)
