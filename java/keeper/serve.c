@@ -131,7 +131,8 @@ int serve(const char *lock) {
   prctl(PR_SET_CHILD_SUBREAPER, 1);
   answer_ready(inherited);
   bool orphans = false;
-  while (!ending || supervisors_count() > 0) {
+  // A program that asks for the end may not wait for what a killed supervisor left.
+  while (!ending || supervisors_count() > 0 || orphans) {
     wait_for_something(signals, orphans);
     // A thread of the program that ends sends the same signal as the program; the parent tells.
     for (int number; (number = signals_next(signals)) != 0;) {

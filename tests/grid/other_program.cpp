@@ -53,7 +53,13 @@ int main(int, char **arguments) {
   std::stringstream job;
   job << std::ifstream(folder + "/job").rdbuf();
   const int project = start(job.str());
-  if (what == "wait") {
+  // A child that holds all that its parent has open.
+  const pid_t child = what == "fork" ? fork() : -1;
+  if (child == 0) {
+    while (access(folder.c_str(), F_OK) == 0) usleep(10000);
+    _exit(0);
+  }
+  if (what == "wait" || what == "fork") {
     start("sleep 600 # slow");
     vantiro_waitCompletion(project);
     std::ofstream(folder + "/told") << "the wait has returned";

@@ -1,4 +1,7 @@
 // The processes of jobs: none outlives its job, no job its program.
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -53,7 +56,9 @@ class Processes : public GridTest {
     write("go", "");
     if (signal_number) kill(program, signal_number);
     int status = 0;
+    const time_t begin = time(nullptr);
     waitpid(program, &status, 0);
+    EXPECT_LT(time(nullptr) - begin, 10) << how;
     fs::remove(path("go"));
     return WIFSIGNALED(status) ? 128 + WTERMSIG(status) : WEXITSTATUS(status);
   }
@@ -107,12 +112,36 @@ TEST_F(Processes, EndWithTheirProgram) {
     const char *how;
     int signal_number, status;
   } ends[] = {{"return", 0, 0},       {"_exit", 0, 3},        {"abort", 0, 128 + SIGABRT},
-              {"wait", SIGKILL, 137}, {"wait", SIGTERM, 143}, {"wait", SIGINT, 130},
+              {"wait", SIGKILL, 137}, {"fork", SIGTERM, 143}, {"wait", SIGINT, 130},
               {"wait", SIGHUP, 129}};
   for (const auto &end : ends) {
     EXPECT_EQ(end_of_other(end.how, end.signal_number), end.status) << end.how;
     EXPECT_FALSE(fs::exists(path("told"))) << "a job that ended with its program did not fail";
     while (running() > 0) usleep(10000);
+  }
+}
+
+TEST_F(Processes, HaveWhatTheProgramHasWhenTheirProjectStarts) {
+  const auto now = [&] {
+    vantiro_waitCompletion(
+        start("echo $WORD $(umask) $(grep CapBnd /proc/self/status) >" + path("now")));
+    return read(path("now"));
+  };
+  umask(0022);
+  setenv("WORD", "one", 1);
+  // Its keeper, from before the changes, is there all the time.
+  start("exec sleep 600");
+  const std::string before = now();
+  EXPECT_TRUE(contains(before, "one ")) << before;
+  // One at a time: each has to be enough for a keeper of its own.
+  setenv("WORD", "two", 1);
+  const std::string second = now();
+  EXPECT_TRUE(contains(second, "two 0022 ")) << second;
+  umask(0137);
+  EXPECT_TRUE(contains(now(), "two 0137 "));
+  // A launcher's jobs have the rights that its engine gives them.
+  if (prctl(PR_CAPBSET_DROP, CAP_NET_RAW) == 0 && !getenv("VANTIRO_SETTINGS")) {
+    EXPECT_FALSE(contains(now(), before.substr(before.find("CapBnd")))) << "a right given up";
   }
 }
 

@@ -1,4 +1,7 @@
+import fi.vantiro.localgrid.process.Message;
+import fi.vantiro.localgrid.process.MessageReader;
 import fi.vantiro.user.ManagementImpl;
+import java.io.ByteArrayInputStream;
 import java.io.ByteArrayOutputStream;
 import java.io.IOException;
 import java.nio.charset.StandardCharsets;
@@ -19,8 +22,8 @@ import java.util.zip.ZipOutputStream;
  * Feeds generated settings and archives to the local grid, which must answer each with a result or
  * a code that has a text, and must write nowhere but where it was told.
  *
- * <p>Arguments: settings, bundle or results; seconds; a folder of inputs to start from; the file
- * for an input that fails. The current directory is the program's to fill.
+ * <p>Arguments: settings, bundle, results or message; seconds; a folder of inputs to start from;
+ * the file for an input that fails. The current directory is the program's to fill.
  */
 public final class FuzzGrid {
     private static final String[] SETTINGS = {"grid.home=", "temp.dir=", "grid.processors=",
@@ -30,6 +33,7 @@ public final class FuzzGrid {
             ".", "..", "/", "\\..\\evil", "nul\0", "space ",
             Paths.get("evil").toAbsolutePath() + "",
             String.join("", java.util.Collections.nCopies(300, "x"))};
+    private static final String[] MESSAGE = {"version=1\0kind=", "\0\0", "job=", "=", "-1"};
     private static final String[] MANIFEST = {"Manifest-Version: ", "Name: ", "\r\n", "\r\n ", ":"};
 
     private final Random random;
@@ -77,10 +81,17 @@ public final class FuzzGrid {
             seeds.add(bundle());
         }
         byte[] seed = seeds.get(random.nextInt(seeds.size()));
-        return altered(seed, target.equals("bundle") ? MANIFEST : SETTINGS, 8);
+        String[] words = target.equals("bundle") ? MANIFEST
+                : target.equals("message")       ? MESSAGE
+                                                 : SETTINGS;
+        return altered(seed, words, 8);
     }
 
     private void check(String target, byte[] input) throws IOException {
+        if (target.equals("message")) {
+            checkMessages(input);
+            return;
+        }
         Files.write(Paths.get("input"), input);
         if (target.equals("settings")) {
             ManagementImpl other = new ManagementImpl();
@@ -101,6 +112,21 @@ public final class FuzzGrid {
             if (!names.isEmpty()) {
                 throw new AssertionError("written outside of its directory: " + names);
             }
+        }
+    }
+
+    /** A message is read whatever a stranger has written before it. */
+    private static void checkMessages(byte[] input) throws IOException {
+        ByteArrayOutputStream bytes = new ByteArrayOutputStream();
+        bytes.write(input);
+        bytes.write(Message.of("pong").with("job", 7).bytes());
+        MessageReader reader = new MessageReader(new ByteArrayInputStream(bytes.toByteArray()));
+        Message last = null;
+        while (reader.next()) {
+            last = reader.message();
+        }
+        if (last == null || last.trouble() != null || last.number("job") != 7) {
+            throw new AssertionError("the last message is read as " + last);
         }
     }
 

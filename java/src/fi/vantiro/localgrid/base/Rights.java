@@ -10,25 +10,30 @@ import java.nio.file.Paths;
 /** Whose rights the program has. */
 public final class Rights {
     public static final String WHY_NO_JOBS =
-            "a program that has other rights than its caller runs no jobs (one that is set-user-id "
-            + "or set-group-id, has file capabilities, or hides its /proc/self/auxv): they would "
-            + "have its rights, in its caller's environment; run them from a program without";
+            "a program that has other rights than its caller, as a set-user-id or set-group-id one "
+            + "or one with file capabilities, runs no jobs: they would have its rights, in its "
+            + "caller's environment. One that has given its rights up shows that with "
+            + "prctl(PR_SET_DUMPABLE, 1)";
 
     private static final int SECURE = 23;
 
     private Rights() {}
+
+    /** Once it was seen that they were not: a program that gives rights up hides that it had. */
+    private static volatile boolean ownAtStart;
 
     /**
      * Whether they are others than its caller's, as those of a set-user-id program are. Where that
      * cannot be known they are.
      */
     public static boolean areBorrowed() {
-        return areBorrowed(Paths.get("/proc/self/auxv"), Paths.get("/proc/self/status"));
+        ownAtStart |= !wereBorrowed(Paths.get("/proc/self/auxv"));
+        return !ownAtStart || haveTwoOwners(Paths.get("/proc/self/status"));
     }
 
-    static boolean areBorrowed(Path auxiliaryVector, Path status) {
+    static boolean wereBorrowed(Path auxiliaryVector) {
         try {
-            return isSecure(Files.readAllBytes(auxiliaryVector)) || haveTwoOwners(status);
+            return isSecure(Files.readAllBytes(auxiliaryVector));
         } catch (IOException | RuntimeException e) {
             return true;
         }
@@ -48,13 +53,17 @@ public final class Rights {
         return true;
     }
 
-    private static boolean haveTwoOwners(Path status) throws IOException {
-        for (String line : Files.readAllLines(status)) {
-            String[] words = line.split("\\s+");
-            if (words[0].matches("[UG]id:") && !words[1].equals(words[2])) {
-                return true;
+    static boolean haveTwoOwners(Path status) {
+        try {
+            for (String line : Files.readAllLines(status)) {
+                String[] words = line.split("\\s+");
+                if (words[0].matches("[UG]id:") && !words[1].equals(words[2])) {
+                    return true;
+                }
             }
+            return false;
+        } catch (IOException | RuntimeException e) {
+            return true;
         }
-        return false;
     }
 }

@@ -1,7 +1,7 @@
 package fi.vantiro.localgrid.base;
 
-import static org.junit.jupiter.api.Assertions.assertEquals;
 import static org.junit.jupiter.api.Assertions.assertFalse;
+import static org.junit.jupiter.api.Assertions.assertTrue;
 
 import java.nio.ByteBuffer;
 import java.nio.ByteOrder;
@@ -35,14 +35,14 @@ class RightsTest {
 
     @Test
     void areBorrowedUnlessTheKernelSaysOtherwise() throws Exception {
-        Path same = status("7\t7\t7\t7", "8\t8\t8\t8");
-        assertFalse(Rights.areBorrowed(vector(6, 4096, 23, 0, 0, 0), same));
-        assertEquals(true, Rights.areBorrowed(vector(6, 4096, 23, 1, 0, 0), same), "AT_SECURE");
-        assertEquals(true, Rights.areBorrowed(vector(6, 4096, 0, 0), same), "it is not told");
-        assertEquals(true, Rights.areBorrowed(vector(6), same), "cut short");
-        assertEquals(true, Rights.areBorrowed(folder.resolve("none"), same), "no /proc");
-        assertEquals(true, Rights.areBorrowed(vector(23, 0), folder.resolve("none")), "no status");
-        assertEquals(true, Rights.areBorrowed(vector(23, 0), status("7\t0\t7\t7", "8\t8\t8\t8")));
-        assertEquals(true, Rights.areBorrowed(vector(23, 0), status("7\t7\t7\t7", "8\t0\t8\t8")));
+        assertFalse(Rights.wereBorrowed(vector(6, 4096, 23, 0, 0, 0)));
+        assertTrue(Rights.wereBorrowed(vector(6, 4096, 23, 1, 0, 0)), "AT_SECURE");
+        assertTrue(Rights.wereBorrowed(vector(6, 4096, 0, 0)), "it is not told");
+        assertTrue(Rights.wereBorrowed(vector(6)), "cut short");
+        assertTrue(Rights.wereBorrowed(folder.resolve("none")), "no /proc");
+        assertFalse(Rights.haveTwoOwners(status("7\t7\t7\t7", "8\t8\t8\t8")));
+        assertTrue(Rights.haveTwoOwners(status("7\t0\t7\t7", "8\t8\t8\t8")));
+        assertTrue(Rights.haveTwoOwners(status("7\t7\t7\t7", "8\t0\t8\t8")));
+        assertTrue(Rights.haveTwoOwners(folder.resolve("none")), "no status");
     }
 }
