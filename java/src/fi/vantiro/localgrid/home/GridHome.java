@@ -108,11 +108,15 @@ public final class GridHome {
     }
 
     /** The file whose first byte this program keeps locked; its projects name it as their owner. */
-    private Path ownerLock() throws GridException, IOException {
+    public Path ownerLock() throws GridException, IOException {
         synchronized (OWN) {
             Path home = root.toRealPath();
             KernelLock own = OWN.get(home);
             if (own == null || !Files.exists(own.file(), LinkOption.NOFOLLOW_LINKS)) {
+                if (own != null) {
+                    // Somebody removed the home, and it was made anew.
+                    OWN.remove(home).close();
+                }
                 own = exclusively(() -> {
                     removeDeadOwners();
                     return KernelLock.tryLock(Files.createTempFile(owners, "", ""), 1);
@@ -123,13 +127,12 @@ public final class GridHome {
         }
     }
 
-    /** Takes the home into use; the file that this program keeps locked until it disowns it. */
-    public Path own() throws GridException, IOException {
+    /** Takes the home into use: this program keeps its file there locked until it disowns it. */
+    public void own() throws GridException, IOException {
         synchronized (OWN) {
-            Path lock = ownerLock();
+            ownerLock();
             owned = root.toRealPath();
             USERS.merge(owned, 1, Integer::sum);
-            return lock;
         }
     }
 

@@ -22,7 +22,6 @@ import java.util.concurrent.TimeUnit;
 public final class JobEngine {
     private final Settings settings;
     private final GridHome home;
-    private final Path ownerLock;
     private final Scheduler scheduler;
     private final Keepers keepers;
     private int users;
@@ -32,8 +31,8 @@ public final class JobEngine {
     public JobEngine(Settings settings, GridHome home) throws GridException, IOException {
         this.settings = settings;
         this.home = home;
-        ownerLock = home.own();
-        keepers = new Keepers(() -> ownerLock, TimeUnit.SECONDS.toMillis(settings.jobCancelWait));
+        home.own();
+        keepers = new Keepers(home::ownerLock, TimeUnit.SECONDS.toMillis(settings.jobCancelWait));
         scheduler =
                 new Scheduler(settings.processors, (owner, job) -> new JobRun(job, owner, this));
     }
@@ -90,8 +89,8 @@ public final class JobEngine {
     }
 
     /** A name for a job of a project that no other job has, in any program of the grid home. */
-    public String jobName(int project, int job) {
-        return "vantiro-" + ownerLock.getFileName() + "-" + project + "-" + job;
+    public String jobName(int project, int job) throws GridException, IOException {
+        return "vantiro-" + home.ownerLock().getFileName() + "-" + project + "-" + job;
     }
 
     boolean hasLauncher() {
@@ -105,7 +104,7 @@ public final class JobEngine {
                 directory, TimeUnit.SECONDS.toMillis(settings.jobTimeout), environment, command);
         return hasLauncher() ? request.launchedBy(settings.jobLauncher, settings.jobCancel,
                        TimeUnit.SECONDS.toMillis(settings.jobCancelWait), file,
-                       KeeperProgram.sharedIn(settings.home), ownerLock)
+                       KeeperProgram.sharedIn(settings.home), home.ownerLock())
                              : request;
     }
 
