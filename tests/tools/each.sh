@@ -140,7 +140,7 @@ case $2 in
     expect out '^Usage: vantiro-each'
     ;;
   signals)
-    for signal in INT TERM; do
+    for signal in HUP INT TERM; do
       rm -f out running
       # A shell has its background jobs ignore INT.
       env --default-signal=INT "$each" -j 2 -k \
@@ -153,7 +153,7 @@ case $2 in
       kill -$signal $program
       wait $program
       status=$?
-      case $signal:$status in INT:130 | TERM:143) ;; *) fail "status $status after $signal" ;; esac
+      case $signal:$status in HUP:129 | INT:130 | TERM:143) ;; *) fail "status $status after $signal" ;; esac
       expect err "stopped by SIG$signal; 4 of 6 jobs had not ended"
       prints "$(printf '1\n3')"
       nothing_is_left

@@ -1,6 +1,7 @@
 #include "execution.h"
 
 #include <signal.h>
+#include <string.h>
 
 #include <algorithm>
 #include <atomic>
@@ -38,7 +39,7 @@ void listen_to_signals() {
   struct sigaction action {};
   action.sa_handler = [](int signal) { signalled = signal; };
   action.sa_flags = static_cast<int>(SA_RESETHAND);
-  for (const int signal : {SIGINT, SIGTERM}) {
+  for (const int signal : {SIGHUP, SIGINT, SIGTERM}) {
     struct sigaction before {};
     sigaction(signal, nullptr, &before);
     if (before.sa_handler != SIG_IGN) sigaction(signal, &action, nullptr);
@@ -161,7 +162,7 @@ class Execution {
 
   void stop_if_asked() {
     if (signalled) {
-      stopped_ = std::string("stopped by ") + (signalled == SIGINT ? "SIGINT" : "SIGTERM");
+      stopped_ = std::string("stopped by SIG") + sigabbrev_np(signalled);
     } else if (halts(count())) {
       stopped_ = "stopped as --halt says";
     }

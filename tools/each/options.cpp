@@ -43,7 +43,7 @@ Exit status:
   1-100  so many jobs failed
   101    more than 100 jobs failed
   255    the call was wrong, or the run failed
-  130, 143  stopped by INT or TERM
+  129, 130, 143  stopped by HUP, INT or TERM
 
 Examples:
   seq 10 | vantiro-each sh -c 'echo $(({} * {}))'
