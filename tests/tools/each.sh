@@ -55,6 +55,9 @@ case $2 in
     tr '\0' '\n' <inputs | "$each" -k ./echo0 | tr '\0' '\n' >by_lines
     tr '\0' '\n' <inputs | cmp - by_lines || fail "the lines did not come back"
     [ "$(tr -dc '\377' <err | wc -c)" -eq 5 ] || fail "standard error is not what was written"
+    printf 'no\nend' >ends
+    run 0 -k -a ends echo
+    prints "$(cat ends)"
     # An output that is not one of lines, and larger than any buffer.
     head -c 300000 /dev/urandom >random
     run 0 --transfer cat ::: random
@@ -95,10 +98,11 @@ case $2 in
     [ "$(ls kept/job-2 | tr '\n' ' ')" = 'new stderr stdout ' ] || fail "kept: $(ls -A kept/job-2)"
     run 0 -k --workdir d sh -c 'cat "$1"' sh {/} ::: "x/it's \$1.txt"
     prints 'a b c'
-    run 0 --dry-run echo {} {.} {/} {//} {/.} {#} ::: a.b/c.d.e /f .g
+    run 0 --dry-run echo {} {.} {/} {//} {/.} {#} ::: a.b/c.d.e /f .g a.b/f
     prints "'echo' 'a.b/c.d.e' 'a.b/c.d' 'c.d.e' 'a.b' 'c.d' '1'
 'echo' '/f' '/f' 'f' '/' 'f' '2'
-'echo' '.g' '.g' '.g' '.' '.g' '3'"
+'echo' '.g' '.g' '.g' '.' '.g' '3'
+'echo' 'a.b/f' 'a.b/f' 'f' 'a.b' 'f' '4'"
     run 255 --results kept true ::: a
     expect err 'new or empty directory'
     nothing_is_left
