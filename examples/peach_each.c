@@ -15,16 +15,15 @@
 
 #include "explain.h"
 
-enum { MOST = 1000 };
-
 static void print_line(const char *result) { puts(result); }
 
 /* Each job finds its line in a file of its own, under the same name. */
 static int add_inputs(int run) {
-  char path[64], line[4096];
+  char path[64], *line = NULL;
+  size_t capacity = 0;
   int count = 0;
   require("setJobFileNames", vantiro_peach_setJobFileNames(run, 1, "input"), run);
-  while (count < MOST && fgets(line, sizeof line, stdin)) {
+  while (getline(&line, &capacity, stdin) > 0) {
     snprintf(path, sizeof path, "/tmp/peach_each-%ld-%d", (long)getpid(), count);
     FILE *file = fopen(path, "wx");
     if (!file || fputs(line, file) == EOF || fclose(file) == EOF) {
@@ -34,6 +33,7 @@ static int add_inputs(int run) {
     require("addJobFile", vantiro_peach_addJobFile(run, 1, path), run);
     ++count;
   }
+  free(line);
   return count;
 }
 
