@@ -12,7 +12,7 @@ echo "grid.home=$scratch/grid" >>"$scratch/settings"
 export VANTIRO_SETTINGS=$scratch/settings
 
 plain() { seq $jobs | xargs -P $jobs -I{} srun --quiet --ntasks=1 true {}; }
-grid() { seq $jobs | "$root/build/x86/examples/peach_each" -j $jobs true >/dev/null 2>&1; }
+grid() { seq $jobs | "$root/build/x86/vantiro-each" -j $jobs true >/dev/null 2>&1; }
 
 # rate COMMAND: prints jobs in a thousand seconds.
 rate() {

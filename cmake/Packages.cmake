@@ -1,5 +1,5 @@
 # Debian packages, which `cpack` makes in the build folder: libvantiro1, libvantiro-dev,
-# vantiro-local-grid, vantiro-doctor and python3-vantiro. The library's directory is found through
+# vantiro-local-grid, vantiro-tools and python3-vantiro. The library's directory is found through
 # the loader's configuration. Its VantiroDLL.conf names the default Java runtime of the Debian
 # release that the packages are built on, and is an administrator's to change.
 
@@ -64,7 +64,7 @@ ${lib}/vantiro; vantiro-local-grid has some that
 run jobs on this machine alone.")
 set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_DEPENDS "libc6 (>= 2.34)")
 set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_RECOMMENDS "${java}, vantiro-local-grid")
-set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_SUGGESTS vantiro-doctor)
+set(CPACK_DEBIAN_PACKAGE_LIBRARY_PACKAGE_SUGGESTS vantiro-tools)
 
 package(development libvantiro-dev libdevel${together}
   "Grid computing library on a Java management library - development" "\
@@ -81,12 +81,13 @@ tried with no grid at hand.")
 set(CPACK_DEBIAN_PACKAGE_LOCAL-GRID_PACKAGE_DEPENDS "${same_version}")
 
 if(TARGET vantiro-doctor)
-  package(doctor vantiro-doctor utils
-    "Finds out why libvantiro does not start" "\
-Walks through the search of libvantiro for a Java runtime and for its archives,
-starts the runtime in a process of its own, and names the cause and the cure of
-each trouble.")
-  set(CPACK_DEBIAN_PACKAGE_DOCTOR_PACKAGE_DEPENDS "${same_version}, libc6 (>= 2.34)")
+  package(tools vantiro-tools utils
+    "Programs for those who compute with libvantiro" "\
+vantiro-each runs a program over many inputs on the grid, several at a time.
+vantiro-doctor finds out why libvantiro does not start: it walks through the
+library's search for a Java runtime and for its archives, starts the runtime in
+a process of its own, and names the cause and the cure of each trouble.")
+  set(CPACK_DEBIAN_PACKAGE_TOOLS_PACKAGE_DEPENDS "${same_version}, libc6 (>= 2.34)")
 endif()
 
 if(TARGET vantiro_python)

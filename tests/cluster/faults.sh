@@ -31,7 +31,7 @@ await() {
 
 # each STATUS COMMAND LINES: runs the command for that many inputs.
 each() {
-  seq "$3" | "$examples/peach_each" -j 100 sh -c "$2" >out 2>err
+  seq "$3" | "$examples/../vantiro-each" -j 100 sh -c "$2" >out 2>err
   local status=$?
   [ $status -eq "$1" ] || fail "status $status instead of $1: $2"
 }
@@ -60,7 +60,7 @@ hit() {
   eval "$1"
   wait $run || exit 1
   [ "$(grep -c '^ok [13]$' out)" -eq 2 ] || fail "the other jobs did not end well"
-  expect err '^job 2 .*(before the job did|it was ended from outside)'
+  expect err '^vantiro-each: job 2 .*(before the job did|it was ended from outside)'
   expect err "$2"
 }
 
@@ -74,13 +74,13 @@ case $3 in
     each 1 '[ {} != 17 ] || { echo "no {}" >&2; exit 3; }; echo {} on $SLURMD_NODENAME' 50
     [ "$(grep -Ec '^[0-9]+ on node' out)" -eq 49 ] || fail "not 49 lines"
     [ "$(cut -d ' ' -f 3 out | sort -u | wc -l)" -eq 3 ] || fail "not on three nodes"
-    expect err '^job 17 .*: exit status 3$'
+    expect err '^vantiro-each: job 17 .*: exit status 3$'
     expect err '^no 17$'
     queue_is_empty || fail "the queue is not empty"
     ;;
   queue_and_nodes_after_the_end)
     for signal in TERM KILL; do
-      seq 12 | "$examples/peach_each" -j 100 sh -c "touch $scratch/running-{}; sleep 150" &
+      seq 12 | "$examples/../vantiro-each" -j 100 sh -c "touch $scratch/running-{}; sleep 150" &
       program=$!
       await 30 running 6
       kill -$signal $program
@@ -92,8 +92,8 @@ case $3 in
     ;;
   controller_down)
     kill -KILL "$(cat "$VANTIRO_CLUSTER/slurmctld.pid")"
-    each 1 'echo {}' 2
-    expect err '^job 2 .*the launcher ended with status 1 before the job did$'
+    each 2 'echo {}' 2
+    expect err '^vantiro-each: job 2 .*the launcher ended with status 1 before the job did$'
     expect err '^srun: error: .*[Uu]nable to contact slurm controller'
     PATH=$PATH:/usr/sbin slurmctld -c -f "$SLURM_CONF"
     await 30 sinfo --states idle >/dev/null
@@ -101,7 +101,7 @@ case $3 in
     ;;
   wrong_partition)
     sed -i 's/srun/srun --partition=absent/' settings
-    each 1 'echo {}' 2
+    each 2 'echo {}' 2
     expect err '^srun: error: invalid partition specified: absent'
     ;;
   cancelled_from_outside) hit 'scancel --user="$(id -un)"' 'CANCELLED' ;;

@@ -78,7 +78,7 @@ status=$?
 [ "$(cat out)" = $'one\ntwo\n'"$secret"$'\na  b\n\n$c' ] || fail "it is not what was given"
 
 # In the grid, with nothing told on command lines, and nothing left when the program is killed.
-seq 3 | "$examples/peach_each" -j 3 sh -c "touch $scratch/begun-{}; exec sleep 654.$$" >out 2>err &
+seq 3 | "$examples/../vantiro-each" -j 3 sh -c "touch $scratch/begun-{}; exec sleep 654.$$" >out 2>err &
 program=$!
 limit=$((SECONDS + 60))
 until [ "$(ls begun-* 2>/dev/null | wc -l)" -eq 3 ] || [ $SECONDS -gt $limit ]; do sleep 0.1; done

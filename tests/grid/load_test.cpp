@@ -119,12 +119,17 @@ TEST_F(Load, GivesBackWhatAStartTook) {
     ASSERT_EQ(vantiro_initFile(path("settings").c_str()), 0) << last_error();
     ASSERT_EQ(before ? 0 : vantiro_removeProject(next), 0) << last_error();
   };
+  // A keeper that is not needed any more ends by itself.
+  const auto settle = [] {
+    for (int i = 0; i < 100 && children() > 0; ++i) vantiro_actionWait(50);
+    return children();
+  };
   for (int i = 0; i < 6; ++i) round(i);
+  ASSERT_EQ(settle(), 0);
   const auto descriptors = entries("/proc/self/fd"), threads = entries("/proc/self/task");
-  const int processes = children();
   for (int i = 0; i < times_load(30); ++i) round(i);
-  EXPECT_EQ(children(), processes);
-  EXPECT_EQ(entries("/proc/self/fd"), descriptors);
+  EXPECT_EQ(settle(), 0);
+  EXPECT_LE(entries("/proc/self/fd"), descriptors);
   // Java keeps the threads that waited for its processes for a minute.
   EXPECT_LE(entries("/proc/self/task"), threads + 4);
 }

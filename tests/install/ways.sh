@@ -49,6 +49,7 @@ case $way in
     quietly env "LD_LIBRARY_PATH=$here/p/lib/vantiro" "$build/examples/pi" 10
     quietly c++ $flags -std=c++17 -fsyntax-only -Ip/include "$source/clients/cpp/examples/pi.cpp"
     quietly p/bin/vantiro-doctor
+    [ "$(p/bin/vantiro-each echo ::: ok)" = ok ] || fail "vantiro-each does not run"
     readelf --sections --wide p/lib/vantiro/libvantiro.so | grep debug && fail "debug information"
     echo '#' >>p/lib/vantiro/VantiroDLL.conf
     install_here
