@@ -84,9 +84,9 @@ if(TARGET vantiro-doctor)
   package(tools vantiro-tools utils
     "Programs for those who compute with libvantiro" "\
 vantiro-each runs a program over many inputs on the grid, several at a time.
-vantiro-doctor finds out why libvantiro does not start: it walks through the
-library's search for a Java runtime and for its archives, starts the runtime in
-a process of its own, and names the cause and the cure of each trouble.")
+vantiro-doctor finds out why libvantiro does not start: it calls the library's
+initialiser in a process of its own, and names the cause and the cure of each
+trouble.")
   set(CPACK_DEBIAN_PACKAGE_TOOLS_PACKAGE_DEPENDS "${same_version}, libc6 (>= 2.34)")
 endif()
 

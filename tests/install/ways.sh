@@ -88,6 +88,7 @@ case $way in
     # As distributions call cmake.
     for libdir in lib64 lib/some-linux-gnu "$here/opt/lib"; do
       quietly cmake -S "$source" -B c "-DCMAKE_C_FLAGS=$flags" "-DCMAKE_CXX_FLAGS=$flags" \
+        "-DVANTIRO_JVM=$(sed -n 's/^JVMPATH=//p' "$build/VantiroDLL.conf")" \
         "-DCMAKE_INSTALL_LIBDIR=$libdir" -DCMAKE_INSTALL_PREFIX="$here/p"
       quietly cmake --build c --parallel 2 --target vantiro
       for component in library development local-grid; do
