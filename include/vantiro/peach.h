@@ -231,6 +231,8 @@ VANTIRO_API int vantiro_peach_getLastErrorMessage(int run, char *buffer, unsigne
  * refused. It must not let a C++ exception out. `text` is valid only during the call: a callback
  * that keeps it copies it.
  *
+ * Jobs that began before their run had a registration send nothing.
+ *
  * Each run needs a registration of its own, but there is one callback for the process: all runs
  * deliver to that of the latest call that succeeded. A call that fails leaves the callback as it
  * was; vantiro_unload() and vantiro_unload2() do not reset it. A delivery that overlaps a

@@ -146,13 +146,15 @@ TEST_F(Files, ThatCannotBeKeptAreNamedAndStayWhereTheyAre) {
   EXPECT_FALSE(fs::exists(path("home/left")));
 }
 
-TEST_F(Files, AreNotDeletedThroughLinks) {
+TEST_F(Files, AreNotTouchedThroughLinks) {
   write("mine/a/file", "");
+  write("mine/\xff", "");
   ended_project(("mkdir d; ln -s " + path("mine") + " d/link; chmod 000 d").c_str());
   ended_project(("cd ..; mv job-1 j; ln -s " + path("mine") + " job-1").c_str());
   EXPECT_EQ(vantiro_cleanup(session, 1), 3) << last_error();
   EXPECT_EQ(count(path("home/projects")) + count(path("home/removed")), 0u);
   EXPECT_TRUE(fs::exists(path("mine/a/file")));
+  EXPECT_TRUE(fs::exists(path("mine/\xff"))) << "renamed, as if the job had left it";
 }
 
 TEST_F(Files, ThatNobodyCanDeleteAreNamedOnceAndLeft) {

@@ -29,12 +29,14 @@ public final class WorkDirectory {
     public static final String STDERR = "stderr";
 
     private final Path root;
+    private final Path place;
     /** What could not be looked at. */
     private final Failures lost = new Failures();
     private Map<String, String> inputs = new HashMap<>();
 
-    private WorkDirectory(Path root) {
+    private WorkDirectory(Path root) throws IOException {
         this.root = root;
+        place = root.toRealPath();
     }
 
     /** Makes the directory, empty. */
@@ -60,6 +62,9 @@ public final class WorkDirectory {
 
     /** The files that the job created or changed. */
     Outputs changedFiles() {
+        if (isElsewhere()) {
+            return noFiles();
+        }
         Map<String, String> now = marks();
         now.entrySet().removeIf(file -> file.getValue().equals(inputs.get(file.getKey())));
         return outputs(now.keySet());
@@ -67,6 +72,9 @@ public final class WorkDirectory {
 
     /** The files of these names, or that fit these patterns, and the two streams. */
     Outputs listedFiles(Collection<String> listed) {
+        if (isElsewhere()) {
+            return noFiles();
+        }
         Set<String> found = new TreeSet<>();
         for (String name : listed) {
             if (!isPattern(name) && isFile(name)) {
@@ -87,6 +95,20 @@ public final class WorkDirectory {
             }
         }
         return outputs(found);
+    }
+
+    /** Whether the job put something else there, a link to files that are not its own for one. */
+    private boolean isElsewhere() {
+        try {
+            return !root.toRealPath().equals(place) || !Files.isDirectory(root);
+        } catch (IOException e) {
+            return true;
+        }
+    }
+
+    private Outputs noFiles() {
+        lost.add(root, new IOException("it is not the directory that the job was given"));
+        return new Outputs(root, new TreeSet<>(), lost);
     }
 
     /** The named files and the streams, unless the job removed them. */

@@ -13,6 +13,7 @@ import java.util.concurrent.ConcurrentHashMap;
 import java.util.concurrent.CountDownLatch;
 import java.util.concurrent.TimeUnit;
 import java.util.concurrent.locks.ReentrantLock;
+import java.util.function.BiFunction;
 import java.util.logging.Logger;
 
 /**
@@ -43,6 +44,12 @@ public final class Keeper {
     // Here, since in a full heap they could not be made when they are needed.
     private final Runnable heeding = this::heed;
     private final Runnable endingClients = this::endClients;
+    /** What a client is told next; for the thread that listens alone. */
+    private JobOutcome outcome;
+    private final BiFunction<Long, Client, Client> endingClient = (id, client) -> {
+        client.ended(outcome);
+        return null;
+    };
     private final MessageReader answers;
     private final OutputStream requests;
     /** Held while a request is written; a halted keeper may make that long. */
@@ -149,11 +156,11 @@ public final class Keeper {
             // Looked at last: whoever ends the clients has set it first.
             requested = !gone;
         } catch (IOException e) {
-            throw hasEnded();
+            // The request is taken back, unless the end of the keeper was faster.
+            requested = false;
         } finally {
-            if (!requested) {
-                clients.remove(id);
-            }
+            // A client that has been told its end must not be given another.
+            requested = requested || clients.remove(id) == null;
         }
         if (!requested) {
             throw hasEnded();
@@ -309,8 +316,8 @@ public final class Keeper {
         } else if (answer.is("started")) {
             client.started();
         } else {
-            client.ended(JobOutcome.read(answer));
-            clients.remove(id);
+            outcome = JobOutcome.read(answer);
+            clients.computeIfPresent(id, endingClient);
         }
     }
 
@@ -329,9 +336,9 @@ public final class Keeper {
     }
 
     private void endClients() {
-        for (Map.Entry<Long, Client> client : clients.entrySet()) {
-            client.getValue().ended(UNKEPT);
-            clients.remove(client.getKey());
+        outcome = UNKEPT;
+        for (Long id : clients.keySet()) {
+            clients.computeIfPresent(id, endingClient);
         }
     }
 }

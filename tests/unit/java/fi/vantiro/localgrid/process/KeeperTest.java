@@ -62,8 +62,8 @@ class KeeperTest {
         return Keeper.start(liar(script), folder.resolve("lock"));
     }
 
-    private JobRequest job() {
-        return new JobRequest(folder, 0, Collections.emptyMap(), Arrays.asList("x"));
+    private JobRequest job(String... arguments) {
+        return new JobRequest(folder, 0, Collections.emptyMap(), Arrays.asList(arguments));
     }
 
     private String refusal(String script) {
@@ -89,7 +89,7 @@ class KeeperTest {
                 + "head -c 100000 /dev/zero | tr '\\0' x; printf '\\0=\\0\\0'\n"
                 + "say kind=started job=$job; say kind=ended job=$job ending=exited status=0 "
                 + "signal=0 cpu_ms=2147483648 wall_ms=1 peak_kb=1 why=; cat >/dev/null")
-                .run(job(), told);
+                .run(job("x"), told);
         assertEquals("started", told.next());
         assertEquals("EXITED ", told.next());
     }
@@ -100,7 +100,7 @@ class KeeperTest {
                      "ending=exited status=99999999999 signal=0"}) {
             Told told = new Told();
             start(READY + "await\nsay kind=ended job=$job " + answer + "; cat >/dev/null")
-                    .run(job(), told);
+                    .run(job("x"), told);
             String event = told.next();
             assertTrue(event.startsWith("UNKEPT") && event.contains("cannot be read"), event);
         }
@@ -110,12 +110,22 @@ class KeeperTest {
     void endsItsJobsWhenItIsGone() throws Exception {
         Told told = new Told();
         Keeper keeper = start(READY + "await\nprintf 'version=1\\0kind=en'");
-        keeper.run(job(), told);
+        keeper.run(job("x"), told);
         String event = told.next();
         assertTrue(event.startsWith("UNKEPT") && event.contains("may still run"), event);
         assertTrue(keeper.isGone());
-        assertThrows(GridException.class, () -> keeper.run(job(), told));
+        assertThrows(GridException.class, () -> keeper.run(job("x"), told));
         keeper.stop(1);
+    }
+
+    @Test
+    void tellsAJobOneEndWhenItGoesWhileItIsTold() throws Exception {
+        Told told = new Told();
+        // More than a pipe holds, so that the request breaks off after the end was heard.
+        String large = String.join("", Collections.nCopies(200000, "x"));
+        start(READY + "read -rn1; exec >&-; sleep 0.5").run(job(large), told);
+        assertTrue(told.next().startsWith("UNKEPT"));
+        assertTrue(told.events.isEmpty());
     }
 
     @Test
@@ -127,7 +137,7 @@ class KeeperTest {
                 + "say kind=ended job=$job ending=exited status=0 signal=0 cpu_ms=0 wall_ms=0 "
                 + "peak_kb=0 why=" + String.join("", Collections.nCopies(3000, "x"))
                 + "; cat >/dev/null");
-        keeper.run(job(), told);
+        keeper.run(job("x"), told);
         Files.createFile(folder.resolve("filling"));
         assertTrue(isFilledWhile(
                 () -> folder.resolve("filling").toFile().renameTo(full.toFile()), told.events));
@@ -158,7 +168,7 @@ class KeeperTest {
     void isWokenUpWhenItDoesNotAnswer() throws Exception {
         Path program = liar(READY + "await; cat >/dev/null");
         try (Keepers keepers = new Keepers(program, () -> folder.resolve("lock"), 0)) {
-            keepers.ofThisMoment().run(job(), new Told());
+            keepers.ofThisMoment().run(job("x"), new Told());
             while (!Files.exists(folder.resolve("woken"))) {
                 Thread.sleep(50);
             }
