@@ -99,7 +99,8 @@ install_into(${CMAKE_INSTALL_BINDIR} ${CMAKE_INSTALL_INCLUDEDIR} ${CMAKE_INSTALL
 # A configuration that was changed where it is installed stays.
 if(VANTIRO_JVM)
   install(CODE "
-    set(place \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/vantiro\")
+    set(place_in_prefix \"${CMAKE_INSTALL_LIBDIR}/vantiro\")
+    cmake_path(ABSOLUTE_PATH place_in_prefix BASE_DIRECTORY \"\${CMAKE_INSTALL_PREFIX}\" OUTPUT_VARIABLE place)
     if(NOT EXISTS \"\$ENV{DESTDIR}\${place}/VantiroDLL.conf\")
       file(INSTALL \"${PROJECT_BINARY_DIR}/VantiroDLL.conf\" DESTINATION \"\${place}\")
     endif()"
