@@ -169,11 +169,13 @@ TEST(Messages, DescribeAJobOrSayWhyNot) {
                             field("directory=/d") + field("timeout_ms=4294967296") +
                             field("variable=A=b=c") + field("argument=x") + field("argument=");
   const auto described = [](const std::string &bytes, job *found) -> std::string {
+    free(found->environment);
+    free(found->command);
     const message read = {bytes.data(), bytes.size(), false};
     const char *why = job_read(&read, found);
     return why ? why : "";
   };
-  job found;
+  job found = {};
   ASSERT_EQ(described(whole, &found), "");
   EXPECT_EQ(found.timeout_ms, int64_t{1} << 32);
   EXPECT_STREQ(found.environment[0], "A=b=c");
@@ -186,4 +188,5 @@ TEST(Messages, DescribeAJobOrSayWhyNot) {
   }
   EXPECT_EQ(described(whole.substr(0, whole.find("argument")), &found), "it has no command");
   EXPECT_NE(described(whole + field("launcher=srun"), &found), "") << "a launcher without a grace";
+  EXPECT_NE(described("", &found), "");
 }
