@@ -46,7 +46,7 @@ bool message_is(const struct message *message, const char *kind) {
 const char *message_trouble(const struct message *message) {
   if (message->cut) return "it is too long";
   const char *field = message_next(message, NULL);
-  const char *version = field_value(field, "version");
+  const char *version = field ? field_value(field, "version") : NULL;
   if (!version) return "it does not begin with a version";
   if (strcmp(version, MESSAGE_VERSION) != 0) return "it is of another version";
   field = message_next(message, field);
