@@ -81,8 +81,8 @@ std::string Outcome::fact(const std::string &name) const {
 void tell(const std::string &name, const std::string &fact) {
   char *const end = told.value.text + told.value.length;
   const auto room = static_cast<std::size_t>(std::end(told.value.text) - end);
-  const auto needed = static_cast<std::size_t>(
-      std::snprintf(end, room, "%s%c%s", name.c_str(), '\0', fact.c_str()) + 1);
+  std::snprintf(end, room, "%s%c%s", name.c_str(), '\0', fact.c_str());
+  const std::size_t needed = name.size() + fact.size() + 2;
   if (needed > room) return;
   told.value.length += needed;
 }
