@@ -24,7 +24,6 @@ final class Scheduler implements Closeable {
     /** Taken by what was submitted last, so that jobs which come one by one share an entry. */
     private Entry last;
     private final Deque<Runnable> resumed = new ArrayDeque<>();
-
     private final Turns turns;
 
     /** Makes what runs a job when the job has its turn: one that waits takes no memory. */
@@ -36,10 +35,6 @@ final class Scheduler implements Closeable {
     Scheduler(int places, Turns turns) {
         this.places = places;
         this.turns = turns;
-    }
-
-    int places() {
-        return places;
     }
 
     /** Makes sure that jobs can run; a thread that is missing then would be missed for ever. */
